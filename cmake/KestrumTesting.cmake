@@ -1,0 +1,16 @@
+include(GoogleTest)
+find_package(GTest REQUIRED)
+
+# kestrum_add_gtest(<target> PREFIX <layer.module.> LABEL <unit|integration|e2e> SOURCES ... [LIBS ...])
+# Builds one GoogleTest program for a module and registers each of its cases with CTest under the
+# module's prefix, so that `ctest -R core.telemetry` or `ctest -L unit` select them.
+function(kestrum_add_gtest target)
+    cmake_parse_arguments(ARG "" "PREFIX;LABEL" "SOURCES;LIBS" ${ARGN})
+    add_executable(${target} ${ARG_SOURCES})
+    target_link_libraries(${target} PRIVATE kestrum-test-support ${ARG_LIBS})
+    gtest_discover_tests(${target}
+        TEST_PREFIX "${ARG_PREFIX}"
+        PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 300
+        DISCOVERY_MODE PRE_TEST
+        DISCOVERY_TIMEOUT 60)
+endfunction()
