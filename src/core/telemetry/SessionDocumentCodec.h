@@ -1,0 +1,25 @@
+#pragma once
+
+#include "core/common/Result.h"
+#include "core/telemetry/RecordingScoreboardPlayer.h"
+#include "core/telemetry/RecordingSessionData.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kestrum {
+
+// The JSON form of the session document. Writing is compact with sorted keys, absent fields omitted;
+// reading is strict: one error anywhere fails the whole document, and the Error's description names
+// the failing path ("scoreboard[3].players[1].respawnTimer: missing required key"). Unknown keys are
+// ignored, a null counts as missing, and a key given twice in one object fails. Pure functions, safe
+// on any thread.
+Result<RecordingSessionData> decodeSessionData(std::string_view bytes);
+Result<std::string> encodeSessionData(const RecordingSessionData& session);
+
+// A JSON array of scoreboard players: the local service's `/liveclientdata/playerlist` answer.
+Result<std::vector<RecordingScoreboardPlayer>> decodeScoreboardPlayers(std::string_view bytes);
+Result<std::string> encodeScoreboardPlayers(const std::vector<RecordingScoreboardPlayer>& players);
+
+}  // namespace kestrum
