@@ -1,0 +1,92 @@
+#pragma once
+
+#include "SyntheticMedia.h"
+#include "media/MovieWriter.h"
+
+#include <gtest/gtest.h>
+
+#include <QJsonObject>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <vector>
+
+// Skips the test when a media tool or encoder is missing on a developer's machine, and fails it instead
+// when KESTRUM_REQUIRE_MEDIA=1 (CI), so that nothing is silently skipped there.
+#define KESTRUM_REQUIRE_MEDIA(available, what)                                                      \
+    do {                                                                                            \
+        if (!(available)) {                                                                         \
+            if (::kestrum::test::mediaIsRequired()) FAIL() << "required for media tests: " << what; \
+            GTEST_SKIP() << "not available on this machine: " << what;                              \
+        }                                                                                           \
+    } while (false)
+
+namespace kestrum::test {
+
+bool mediaIsRequired();
+bool programAvailable(const QString& program);
+bool encoderAvailable(const char* name);
+
+// Runs a program to completion; true when it exited with status 0.
+bool runProgram(const QString& program, const QStringList& arguments, QByteArray* output = nullptr);
+// ffprobe's JSON for the file with -show_format -show_streams plus `extra` arguments.
+std::optional<QJsonObject> probeJson(const QString& path, const QStringList& extra = {});
+
+// Makes `name` in `folder` with the ffmpeg program from `input` and `output` arguments; empty on failure.
+// With a rotation, a second pass copies the streams and sets the "rotate" tag, which the "mov" muxer
+// turns into the display matrix only when streams are copied.
+QString makeMovieWithFfmpeg(const QString& folder, const QString& name, const QStringList& input,
+                            const QStringList& output, std::optional<int> rotateDegrees = std::nullopt);
+
+// Appends once the input is ready, waiting with short sleeps; false when it never became ready or when
+// `writer`, if given, stopped writing meanwhile.
+bool appendWhenReady(MovieWriterInput& input, std::shared_ptr<const PixelBuffer> frame, HostTimeNs hostTimeNs,
+                     const MovieWriter* writer = nullptr);
+bool appendWhenReady(MovieWriterInput& input, AudioSampleBuffer buffer);
+// Awaits finishWriting with QCoro; false when the future never completed.
+bool finishAndWait(MovieWriter& writer);
+
+// What `writeMovie` feeds a writer: video frames and audio buffers stamped on one host-time axis whose
+// zero is the session start. Audio buffers cover [audioFromSeconds, audioToSeconds) on every audio track.
+struct MovieScript {
+    VideoOutputSettings video;
+    int audioTracks = 0;
+    AudioFormatDescription audioFormat;
+    std::vector<double> frameSeconds;
+    std::function<bool(double)> isFlash = [](double) { return false; };
+    double audioFromSeconds = 0;
+    double audioToSeconds = 0;
+    int audioBufferFrames = 480;
+    Signal signal = [](double) { return 0.0; };
+    // Each buffer's stamp is moved by up to this much, alternately early and late.
+    double stampJitterSeconds = 0;
+};
+
+struct WrittenMovie {
+    MovieWriterStatus status = MovieWriterStatus::unknown;
+    std::optional<Error> error;
+};
+
+std::vector<double> evenFrameTimes(double fromSeconds, double toSeconds, double framesPerSecond);
+WrittenMovie writeMovie(const QString& path, const MovieScript& script);
+
+struct DecodedFrame {
+    double seconds = 0;
+    double meanLuma = 0;
+};
+// Every frame of the first video track, in presentation order.
+std::vector<DecodedFrame> decodeVideo(const QString& path);
+
+struct DecodedAudio {
+    int sampleRate = 0;
+    double startSeconds = 0;
+    std::vector<float> samples;  // first channel
+};
+// The `audioIndex`-th audio track (0 = the first) decoded to float.
+std::optional<DecodedAudio> decodeAudio(const QString& path, int audioIndex);
+
+// Times where the magnitude rises above `threshold` after at least `quietSeconds` below it.
+std::vector<double> soundOnsets(const DecodedAudio& audio, double threshold, double quietSeconds = 0.5);
+
+}  // namespace kestrum::test
