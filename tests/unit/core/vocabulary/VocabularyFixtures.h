@@ -1,0 +1,22 @@
+#pragma once
+
+#include "core/telemetry/LiveGamePayloads.h"
+#include "core/telemetry/RecordingScoreboardPlayer.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kestrum::test {
+
+// The bytes of a file under tests/fixtures/vocabulary; empty when it cannot be read.
+std::string vocabularyFixture(const char* fileName);
+
+// A feed row with the fields every row has; tests set the optional ones they need.
+LiveEvent liveEvent(std::int64_t id, std::string name, double timeSeconds);
+
+// A scoreboard player with the required fields a conversion reads; everything else at its default.
+RecordingScoreboardPlayer scoreboardPlayer(std::string summonerName, std::string championName,
+                                           std::string team);
+
+}  // namespace kestrum::test
