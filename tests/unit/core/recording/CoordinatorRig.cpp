@@ -1,0 +1,93 @@
+#include "CoordinatorRig.h"
+
+#include "core/log/CaptureLog.h"
+#include "core/log/CaptureLogFile.h"
+#include "support/TestEnvironment.h"
+
+#include <QCoreApplication>
+#include <QCoroTask>
+#include <QDir>
+#include <QRegularExpression>
+
+namespace kestrum::test {
+
+CoordinatorRig::CoordinatorRig()
+    : defaults(home.path() + QStringLiteral("/defaults.json")),
+      folderStore(defaults, picker),
+      storage(folderStore, defaults, measure.measure()) {
+    waitForCaptureLogWrites();
+    QDir(captureLogDirectoryPath()).removeRecursively();
+    // An existing file takes every line by appending; two first lines racing to create it lose one.
+    writeFileBytes(captureLogFilePath(), {});
+    installCaptureSystemLog(systemLog);
+}
+
+CoordinatorRig::~CoordinatorRig() {
+    measure.releaseAll();
+    coordinator.reset();
+    // Sleeps still pending when the clock goes are never resumed, and their coroutines would leak: wake
+    // them all (the retries find no coordinator, the live client's operations end) and let the jobs'
+    // queued resumptions run.
+    clock.advance(std::chrono::hours(24 * 365 * 2));
+    waitUntil([&] { return clock.pendingSleepCount() == 0; });
+    for (int turn = 0; turn < 5; ++turn) QCoreApplication::processEvents();
+    installCaptureSystemLog(nullptr);
+}
+
+void CoordinatorRig::createCoordinator() {
+    const bool granted = access.preflight();
+    access.setGranted(false);
+    coordinator =
+        std::make_unique<RecordingCoordinator>(workspace, access, capturer, liveClient, storage, clock);
+    waitUntil([&] { return coordinator->currentStatus() == RecordingStatus::permissionRequired; });
+    access.setGranted(granted);
+}
+
+void CoordinatorRig::refresh() {
+    QCoro::waitFor(coordinator->refreshRecordingState());
+}
+
+Job<void> CoordinatorRig::startRefresh() {
+    return Job<void>::start([this](CancellationToken) { return coordinator->refreshRecordingState(); });
+}
+
+bool CoordinatorRig::finish(const Job<void>& job) {
+    return waitUntil([&] { return job.isFinished(); }, 10'000);
+}
+
+void CoordinatorRig::startLiveRecording(qint32 pid) {
+    workspace.setRunningApplications({leagueClient(), game(pid)});
+    refresh();
+}
+
+RunningApplication CoordinatorRig::game(qint32 pid) {
+    return {QStringLiteral("com.riotgames.LeagueofLegends.GameClient"), pid,
+            QStringLiteral("League of Legends")};
+}
+
+RunningApplication CoordinatorRig::leagueClient() {
+    return {QStringLiteral("com.riotgames.LeagueofLegends.LeagueClient"), 100,
+            QStringLiteral("League Client")};
+}
+
+RunningApplication CoordinatorRig::launcher() {
+    return {QStringLiteral("com.riotgames.RiotGames.RiotClient"), 50, QStringLiteral("Riot Client")};
+}
+
+QStringList CoordinatorRig::systemLogMessages() const {
+    QStringList messages;
+    for (const FakeSystemLog::Line& line : systemLog->lines()) messages.append(line.message);
+    return messages;
+}
+
+QStringList CoordinatorRig::logLines() {
+    waitForCaptureLogWrites();
+    const QString text = QString::fromUtf8(readFileBytes(captureLogFilePath()));
+    static const QRegularExpression timestamp(QStringLiteral(R"(^\[[^\]]+\] )"));
+    QStringList lines;
+    for (QString line : text.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        lines.append(line.remove(timestamp));
+    return lines;
+}
+
+}  // namespace kestrum::test
