@@ -47,7 +47,7 @@ run_ctest() {
 run_fuzzers() {
     local corpus target status=0
     for target in build/fuzz/fuzz/kestrum-fuzz-*; do
-        [[ -x "$target" ]] || continue
+        [[ -f "$target" && -x "$target" ]] || continue
         local name=${target##*/kestrum-fuzz-}
         corpus=$(mktemp -d)
         cp -r "fuzz/corpus/$name/." "$corpus/"
@@ -107,11 +107,12 @@ command_bench() {
 
 command_demo() {
     cat >&2 <<'TEXT'
-demo: the recording path is not built yet, so there is nothing to record.
-What exists today: the build, the async core (jobs, clocks, serial queues), the settings store with
-every key, the capture log, the session document codec and its store. Still to come before the demo
-can run: recording control, the local game service client and the game simulator, the movie writer,
-the capture pipeline and the Linux platform adapters. Run './kestrum.sh test' to see what works.
+demo: the recording path is not complete yet, so there is no game to record.
+Built and tested today: recording control, the session document and its store, the capture log and
+settings, the FFmpeg movie writer, and the client of the game's local service with its simulator.
+Still to come before the demo can run: the capture pipeline (window and sound into the movie) and the
+Linux platform adapters with the kestrum program itself. Run './kestrum.sh test' to see what works, or
+try the simulator and 'kestrum-telemetry collect' as the README shows.
 TEXT
     return 1
 }

@@ -7,10 +7,18 @@
 
 namespace kestrum::test {
 
-QString testHomeDirectory() { return qEnvironmentVariable("HOME"); }
-QString testConfigDirectory() { return qEnvironmentVariable("XDG_CONFIG_HOME"); }
-QString testCacheDirectory() { return qEnvironmentVariable("XDG_CACHE_HOME"); }
-QString testStateDirectory() { return qEnvironmentVariable("XDG_STATE_HOME"); }
+QString testHomeDirectory() {
+    return qEnvironmentVariable("HOME");
+}
+QString testConfigDirectory() {
+    return qEnvironmentVariable("XDG_CONFIG_HOME");
+}
+QString testCacheDirectory() {
+    return qEnvironmentVariable("XDG_CACHE_HOME");
+}
+QString testStateDirectory() {
+    return qEnvironmentVariable("XDG_STATE_HOME");
+}
 
 QByteArray readFileBytes(const QString& path) {
     QFile file(path);

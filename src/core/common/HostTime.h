@@ -15,7 +15,11 @@ inline HostTimeNs hostTimeNow() {
     return static_cast<HostTimeNs>(ts.tv_sec) * 1'000'000'000 + ts.tv_nsec;
 }
 
-constexpr double hostTimeToSeconds(HostTimeNs ns) { return static_cast<double>(ns) / 1e9; }
-constexpr HostTimeNs secondsToHostTime(double seconds) { return static_cast<HostTimeNs>(seconds * 1e9); }
+constexpr double hostTimeToSeconds(HostTimeNs ns) {
+    return static_cast<double>(ns) / 1e9;
+}
+constexpr HostTimeNs secondsToHostTime(double seconds) {
+    return static_cast<HostTimeNs>(seconds * 1e9);
+}
 
 }  // namespace kestrum

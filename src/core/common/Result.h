@@ -28,8 +28,8 @@ struct Error {
 // No exception crosses a module boundary; callers test `ok()` and read `value()` or `error()`.
 template <class T>
 class [[nodiscard]] Result {
-public:
-    Result(T value) : state_(std::move(value)) {}  // NOLINT(google-explicit-constructor)
+  public:
+    Result(T value) : state_(std::move(value)) {}      // NOLINT(google-explicit-constructor)
     Result(Error error) : state_(std::move(error)) {}  // NOLINT(google-explicit-constructor)
 
     bool ok() const { return std::holds_alternative<T>(state_); }
@@ -43,13 +43,13 @@ public:
         return std::get<T>(std::move(state_));
     }
 
-private:
+  private:
     std::variant<T, Error> state_;
 };
 
 // Result of an operation that produces nothing but may fail.
 class [[nodiscard]] Status {
-public:
+  public:
     Status() = default;
     Status(Error error) : error_(std::move(error)) {}  // NOLINT(google-explicit-constructor)
 
@@ -58,7 +58,7 @@ public:
     explicit operator bool() const { return ok(); }
     const Error& error() const { return *error_; }
 
-private:
+  private:
     std::optional<Error> error_;
 };
 
