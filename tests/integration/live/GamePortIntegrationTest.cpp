@@ -1,6 +1,7 @@
 // The client as the application makes it, with no overrides, against a service on port 2999.
-#include "CapturedLog.h"
 #include "SimulatorProcess.h"
+
+#include "support/CapturedLog.h"
 
 #include "core/telemetry/live/LeagueLiveClient.h"
 
@@ -9,15 +10,10 @@
 namespace kestrum {
 namespace {
 
-using test::CapturedLog;
-using test::SimulatorProcess;
-
 TEST(LeagueLiveClient, TheDefaultClientReachesTheGamePortThroughTheBundledAnchor) {
-    CapturedLog log;
-    SimulatorProcess simulator;
-    ASSERT_TRUE(simulator.start(2999, SimulatorProcess::script(QStringLiteral("short-game.json"),
-                                                               {{QStringLiteral("loadingSeconds"), 0}})))
-        << simulator.output().toStdString();
+    test::CapturedLog log;
+    test::SimulatorProcess simulator;
+    ASSERT_TRUE(simulator.start(test::SimulatorProcess::runningGame(), {}, 2999));
     LeagueLiveClient client;
     const auto stats = QCoro::waitFor(client.fetchGameStats());
     ASSERT_TRUE(stats.has_value());

@@ -1,7 +1,7 @@
 // The client and the collector over real TLS on loopback, against kestrum-game-simulator.
-#include "CapturedLog.h"
 #include "SimulatorProcess.h"
 
+#include "support/CapturedLog.h"
 #include "support/TestEnvironment.h"
 
 #include "core/telemetry/live/LeagueLiveClient.h"
@@ -83,11 +83,8 @@ TEST(LeagueLiveClient, TellsALiveGameFromAReplay) {
     for (const bool replay : {false, true}) {
         SCOPED_TRACE(replay ? "replay" : "live");
         SimulatorProcess simulator;
-        const int port = SimulatorProcess::freePort();
-        ASSERT_TRUE(simulator.start(port, SimulatorProcess::script(QStringLiteral("short-game.json"),
-                                                                   {{QStringLiteral("replay"), replay}})))
-            << simulator.output().toStdString();
-        LeagueLiveClient client = clientFor(port);
+        ASSERT_TRUE(simulator.start(SimulatorProcess::shortGame({{QStringLiteral("replay"), replay}})));
+        LeagueLiveClient client = clientFor(simulator.port());
         EXPECT_EQ(QCoro::waitFor(client.classifyGameProcess()), replay);
     }
 }
@@ -95,11 +92,8 @@ TEST(LeagueLiveClient, TellsALiveGameFromAReplay) {
 TEST(LeagueLiveClient, RecordingMetadataWaitsForTheGameToLeaveLoading) {
     CapturedLog log;
     SimulatorProcess simulator;
-    const int port = SimulatorProcess::freePort();
-    ASSERT_TRUE(simulator.start(port, SimulatorProcess::script(QStringLiteral("short-game.json"),
-                                                               {{QStringLiteral("loadingSeconds"), 2.5}})))
-        << simulator.output().toStdString();
-    LeagueLiveClient client = clientFor(port);
+    ASSERT_TRUE(simulator.start(SimulatorProcess::shortGame({{QStringLiteral("loadingSeconds"), 2.5}})));
+    LeagueLiveClient client = clientFor(simulator.port());
     const auto metadata = QCoro::waitFor(client.fetchRecordingMetadata(15, 1s, CancellationToken()));
     ASSERT_TRUE(metadata.has_value());
     EXPECT_EQ(*metadata, (RecordingMetadata{std::nullopt, "CLASSIC", "Ahri", "MIDDLE"}));
@@ -111,12 +105,11 @@ TEST(LeagueLiveClient, RecordingMetadataWaitsForTheGameToLeaveLoading) {
 
 TEST(collectTelemetry, PlacesEveryEventOfTheScriptAtItsMovieTime) {
     SimulatorProcess simulator;
-    const int port = SimulatorProcess::freePort();
-    const QJsonObject script = SimulatorProcess::script(QStringLiteral("short-game.json"));
+    const QJsonObject script = SimulatorProcess::shortGame();
     // The movie starts during the loading screen, before the game clock.
     const ReferenceDate startDate = ReferenceDate::now();
-    ASSERT_TRUE(simulator.start(port, script)) << simulator.output().toStdString();
-    LeagueLiveClient client = clientFor(port);
+    ASSERT_TRUE(simulator.start(script));
+    LeagueLiveClient client = clientFor(simulator.port());
     // Until the game has been over for two and a half seconds.
     const auto untilOver = std::chrono::milliseconds(
         std::llround(-gameTimeBefore(16.5, simulator.gameClockStartUnixSeconds()) * 1000.0));
@@ -136,14 +129,11 @@ TEST(collectTelemetry, PlacesEveryEventOfTheScriptAtItsMovieTime) {
 
 TEST(collectTelemetry, TenSecondsOfFailingEventAnswersLoseNoEvent) {
     SimulatorProcess simulator;
-    const int port = SimulatorProcess::freePort();
-    const QJsonObject script = SimulatorProcess::script(QStringLiteral("short-game.json"),
-                                                        {{QStringLiteral("loadingSeconds"), 0.5}});
+    const QJsonObject script = SimulatorProcess::shortGame({{QStringLiteral("loadingSeconds"), 0.5}});
     const ReferenceDate startDate = ReferenceDate::now();
     ASSERT_TRUE(
-        simulator.start(port, script, {QStringLiteral("--fault"), QStringLiteral("eventdata:http500:1:11")}))
-        << simulator.output().toStdString();
-    LeagueLiveClient client = clientFor(port);
+        simulator.start(script, {QStringLiteral("--fault"), QStringLiteral("eventdata:http500:1:11")}));
+    LeagueLiveClient client = clientFor(simulator.port());
     const RecordingTelemetry telemetry = collectFor(client, startDate, 14000ms);
     // Answers fail for the first 11 seconds; everything up to two seconds before the end must be there.
     const double required = gameTimeBefore(2.0, simulator.gameClockStartUnixSeconds());
@@ -154,12 +144,10 @@ TEST(collectTelemetry, TenSecondsOfFailingEventAnswersLoseNoEvent) {
 TEST(LeagueLiveClient, LogsOneFailureLinePerEndpointWord) {
     CapturedLog log;
     SimulatorProcess simulator;
-    const int port = SimulatorProcess::freePort();
-    ASSERT_TRUE(simulator.start(port, SimulatorProcess::script(QStringLiteral("short-game.json")),
+    ASSERT_TRUE(simulator.start(SimulatorProcess::shortGame(),
                                 {QStringLiteral("--fault"), QStringLiteral("gamestats:http500:0:600"),
-                                 QStringLiteral("--fault"), QStringLiteral("allgamedata:malformed:0:600")}))
-        << simulator.output().toStdString();
-    LeagueLiveClient client = clientFor(port);
+                                 QStringLiteral("--fault"), QStringLiteral("allgamedata:malformed:0:600")}));
+    LeagueLiveClient client = clientFor(simulator.port());
     for (int i = 0; i < 8; ++i) {
         EXPECT_FALSE(QCoro::waitFor(client.fetchGameStats()).has_value());
         EXPECT_FALSE(QCoro::waitFor(client.fetchLiveGameData()).has_value());
@@ -174,19 +162,12 @@ TEST(LeagueLiveClient, LogsOneFailureLinePerEndpointWord) {
 }
 
 TEST(LeagueLiveClient, AnswersSlowerThanTheTimeoutAndAClosedPortGiveAbsent) {
-    struct Case {
-        const char* fault;
-    };
-    for (const Case c : {Case{"gamestats:slow:0:600"}, Case{"closed:0:600"}}) {
-        SCOPED_TRACE(c.fault);
+    for (const char* fault : {"gamestats:slow:0:600", "closed:0:600"}) {
+        SCOPED_TRACE(fault);
         SimulatorProcess simulator;
-        const int port = SimulatorProcess::freePort();
-        ASSERT_TRUE(simulator.start(port,
-                                    SimulatorProcess::script(QStringLiteral("short-game.json"),
-                                                             {{QStringLiteral("loadingSeconds"), 0}}),
-                                    {QStringLiteral("--fault"), QString::fromLatin1(c.fault)}))
-            << simulator.output().toStdString();
-        LeagueLiveClient client = clientFor(port);
+        ASSERT_TRUE(simulator.start(SimulatorProcess::runningGame(),
+                                    {QStringLiteral("--fault"), QString::fromLatin1(fault)}));
+        LeagueLiveClient client = clientFor(simulator.port());
         EXPECT_FALSE(QCoro::waitFor(client.fetchGameStats()).has_value());
     }
 }

@@ -3,9 +3,8 @@
 #include "ScriptedLiveService.h"
 
 #include "core/async/ManualClock.h"
-#include "core/log/CaptureLog.h"
 #include "core/telemetry/live/LeagueLiveClient.h"
-#include "platform/fake/FakeSystemLog.h"
+#include "support/CapturedLog.h"
 
 #include <QCoroTask>
 
@@ -14,17 +13,22 @@
 
 namespace kestrum::test {
 
-// A LeagueLiveClient over a ScriptedLiveService, on a ManualClock whose wall clock starts at `wallStart`
+inline const QString kGameStatsPath = QStringLiteral("/liveclientdata/gamestats");
+inline const QString kActivePlayerNamePath = QStringLiteral("/liveclientdata/activeplayername");
+inline const QString kPlayerListPath = QStringLiteral("/liveclientdata/playerlist");
+inline const QString kEventDataPath = QStringLiteral("/liveclientdata/eventdata");
+inline const QString kAllGameDataPath = QStringLiteral("/liveclientdata/allgamedata");
+inline const QString kReplayPath = QStringLiteral("/replay/game");
+
+// A LeagueLiveClient over a ScriptedLiveService, on a ManualClock whose wall clock starts at `kWallStart`
 // and moves with it, and with the capture log's lines kept for inspection.
 struct LiveClientHarness {
     static constexpr ReferenceDate kWallStart{800'000'000.0};
 
-    LiveClientHarness();
-    ~LiveClientHarness();
-
-    ReferenceDate wallNow() const;
-    // The capture log's messages so far, of both levels, as the capture log words them.
-    QStringList logLines() const;
+    ReferenceDate wallNow() const {
+        return {kWallStart.secondsSince2001 +
+                std::chrono::duration<double>(clock.now() - clockStart).count()};
+    }
 
     // Runs `task` to its end, moving the clock by `step` whenever it waits; returns the steps taken.
     template <class T>
@@ -39,11 +43,11 @@ struct LiveClientHarness {
         return QCoro::waitFor(std::move(task));
     }
 
+    CapturedLog log;
     ManualClock clock;
     Clock::TimePoint clockStart = clock.now();
     std::shared_ptr<ScriptedLiveService> service = std::make_shared<ScriptedLiveService>();
-    std::shared_ptr<FakeSystemLog> log = std::make_shared<FakeSystemLog>();
-    LeagueLiveClient client;
+    LeagueLiveClient client{service, clock, [this] { return wallNow(); }};
 };
 
 }  // namespace kestrum::test

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/telemetry/RecordingScoreboardPlayer.h"
+#include "support/ScoreboardPlayerRow.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

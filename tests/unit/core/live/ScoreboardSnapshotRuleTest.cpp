@@ -1,4 +1,5 @@
 #include "core/telemetry/live/ScoreboardSnapshotRule.h"
+#include "support/ScoreboardPlayerRow.h"
 
 #include <gtest/gtest.h>
 
@@ -12,10 +13,8 @@ namespace {
 using Players = std::vector<RecordingScoreboardPlayer>;
 
 RecordingScoreboardPlayer row(std::string name, std::string champion, std::string team) {
-    RecordingScoreboardPlayer player;
-    player.summonerName = std::move(name);
-    player.championName = std::move(champion);
-    player.team = std::move(team);
+    RecordingScoreboardPlayer player =
+        test::scoreboardPlayer(std::move(name), std::move(champion), std::move(team));
     player.level = 3;
     player.items = {{1, "Doran's Blade", 1055, 450, 0}};
     return player;

@@ -11,46 +11,32 @@
 namespace kestrum {
 namespace {
 
-using test::LiveClientHarness;
-using test::ScriptedLiveService;
+using namespace test;
 using namespace std::chrono_literals;
-
-const QString kGameStats = QStringLiteral("/liveclientdata/gamestats");
-const QString kActivePlayerName = QStringLiteral("/liveclientdata/activeplayername");
-const QString kPlayerList = QStringLiteral("/liveclientdata/playerlist");
-const QString kEventData = QStringLiteral("/liveclientdata/eventdata");
-
-RecordingScoreboardPlayer player(std::string name, std::string champion, std::string team) {
-    RecordingScoreboardPlayer row;
-    row.summonerName = std::move(name);
-    row.championName = std::move(champion);
-    row.team = std::move(team);
-    return row;
-}
 
 // A game whose clock reads `gameTimeAtStart` when the harness's clock starts and runs with it. Events
 // are fed once the game clock has reached them; each endpoint can be switched off.
 struct ScriptedGame {
     explicit ScriptedGame(LiveClientHarness& harness) : h(harness) {
-        h.service->on(kGameStats, [this]() -> Result<LiveServiceResponse> {
+        h.service->on(kGameStatsPath, [this]() -> Result<LiveServiceResponse> {
             if (!statsUp) return ScriptedLiveService::status(404);
-            return ScriptedLiveService::ok(test::gameStatsBody(gameTime()));
+            return ScriptedLiveService::ok(gameStatsBody(gameTime()));
         });
-        h.service->on(kPlayerList, [this]() -> Result<LiveServiceResponse> {
+        h.service->on(kPlayerListPath, [this]() -> Result<LiveServiceResponse> {
             if (!playersUp) return ScriptedLiveService::refused();
-            return ScriptedLiveService::status(200, test::playerListBody(players));
+            return ScriptedLiveService::status(200, playerListBody(players));
         });
-        h.service->on(kEventData, [this]() -> Result<LiveServiceResponse> {
+        h.service->on(kEventDataPath, [this]() -> Result<LiveServiceResponse> {
             if (!eventsUp) return ScriptedLiveService::status(500);
             QJsonArray feed;
             for (const QJsonObject& event : events) {
                 if (event.value(QStringLiteral("EventTime")).toDouble() <= gameTime()) feed.append(event);
             }
-            return ScriptedLiveService::ok(test::eventDataBody(feed));
+            return ScriptedLiveService::ok(eventDataBody(feed));
         });
-        h.service->on(kActivePlayerName, [this]() -> Result<LiveServiceResponse> {
+        h.service->on(kActivePlayerNamePath, [this]() -> Result<LiveServiceResponse> {
             if (activeName.isEmpty()) return ScriptedLiveService::status(404);
-            return ScriptedLiveService::status(200, test::nameBody(activeName));
+            return ScriptedLiveService::status(200, nameBody(activeName));
         });
     }
 
@@ -77,8 +63,8 @@ struct ScriptedGame {
     LiveClientHarness& h;
     double gameTimeAtStart = 100;
     std::vector<QJsonObject> events;
-    std::vector<RecordingScoreboardPlayer> players = {player("Kestrel", "Ahri", "ORDER"),
-                                                      player("Rook", "Garen", "CHAOS")};
+    std::vector<RecordingScoreboardPlayer> players = {scoreboardPlayer("Kestrel", "Ahri", "ORDER"),
+                                                      scoreboardPlayer("Rook", "Garen", "CHAOS")};
     QString activeName = QStringLiteral("Kestrel");
     bool statsUp = true;
     bool playersUp = true;
@@ -112,7 +98,7 @@ TEST(collectTelemetry, PlacesAnEventByTheOffsetOfThePassThatSeesIt) {
         LiveClientHarness h;
         ScriptedGame game(h);
         game.gameTimeAtStart = c.gameTime;
-        game.events = {test::championKill(7, c.eventTime, QStringLiteral("Rook"), QStringLiteral("Kestrel"))};
+        game.events = {championKill(7, c.eventTime, QStringLiteral("Rook"), QStringLiteral("Kestrel"))};
         const RecordingTelemetry telemetry = game.collect(c.elapsed, 1);
         ASSERT_EQ(telemetry.events.size(), 1u);
         EXPECT_DOUBLE_EQ(telemetry.events[0].videoTime, c.videoTime);
@@ -161,8 +147,8 @@ TEST(collectTelemetry, SnapshotsFollowChangesAndTheSecond) {
 TEST(collectTelemetry, MeasuresThePassWhenTheStatisticsArriveNotThePlayers) {
     LiveClientHarness h;
     ScriptedGame game(h);
-    game.events = {test::championKill(1, 99, QStringLiteral("Rook"), QStringLiteral("Kestrel"))};
-    h.service->delay(kPlayerList, h.clock, 1500ms);
+    game.events = {championKill(1, 99, QStringLiteral("Rook"), QStringLiteral("Kestrel"))};
+    h.service->delay(kPlayerListPath, h.clock, 1500ms);
     const CancellationToken token;
     auto task =
         h.client.collectTelemetry(ReferenceDate{LiveClientHarness::kWallStart.secondsSince2001 - 5.0}, token);
@@ -193,10 +179,10 @@ TEST(collectTelemetry, FetchesEventsAtMostOnceASecondAndNotWithoutStatistics) {
         ScriptedGame game(h);
         game.statsUp = c.statsUp;
         (void)game.collect(0, c.passes);
-        EXPECT_EQ(h.service->count(kEventData), c.eventRequests);
-        EXPECT_EQ(h.service->count(kGameStats), c.passes);
-        EXPECT_EQ(h.service->count(kPlayerList), c.passes);
-        EXPECT_EQ(h.service->count(kActivePlayerName), 1);  // known from the first pass on
+        EXPECT_EQ(h.service->count(kEventDataPath), c.eventRequests);
+        EXPECT_EQ(h.service->count(kGameStatsPath), c.passes);
+        EXPECT_EQ(h.service->count(kPlayerListPath), c.passes);
+        EXPECT_EQ(h.service->count(kActivePlayerNamePath), 1);  // known from the first pass on
     }
 }
 
@@ -206,7 +192,7 @@ TEST(collectTelemetry, TenSecondsOfFailingEventAnswersLoseNothing) {
     game.gameTimeAtStart = 10;  // the movie starts at game time 10
     for (int second = 1; second <= 9; ++second) {
         game.events.push_back(
-            test::championKill(second, 10 + second, QStringLiteral("Rook"), QStringLiteral("Kestrel")));
+            championKill(second, 10 + second, QStringLiteral("Rook"), QStringLiteral("Kestrel")));
     }
     game.eventsUp = false;
     const RecordingTelemetry telemetry = game.collect(0, 45, [&](int pass) { game.eventsUp = pass >= 40; });
@@ -221,12 +207,12 @@ TEST(collectTelemetry, TenSecondsOfFailingEventAnswersLoseNothing) {
 TEST(collectTelemetry, KeepsTheFirstFormOfAnEventAndSortsByVideoTime) {
     LiveClientHarness h;
     ScriptedGame game(h);
-    game.events = {test::championKill(3, 90, QStringLiteral("Kestrel"), QStringLiteral("Rook")),
-                   test::championKill(2, 60, QStringLiteral("Rook"), QStringLiteral("Kestrel"))};
+    game.events = {championKill(3, 90, QStringLiteral("Kestrel"), QStringLiteral("Rook")),
+                   championKill(2, 60, QStringLiteral("Rook"), QStringLiteral("Kestrel"))};
     const RecordingTelemetry telemetry = game.collect(100, 6, [&](int pass) {
         if (pass != 4) return;
-        game.events[0] = test::championKill(3, 95, QStringLiteral("Someone"), QStringLiteral("Else"));
-        game.events.push_back(test::championKill(1, 99, QStringLiteral("Rook"), QStringLiteral("Kestrel")));
+        game.events[0] = championKill(3, 95, QStringLiteral("Someone"), QStringLiteral("Else"));
+        game.events.push_back(championKill(1, 99, QStringLiteral("Rook"), QStringLiteral("Kestrel")));
     });
     ASSERT_EQ(telemetry.events.size(), 3u);
     EXPECT_EQ(telemetry.events[0].id, 2);
@@ -242,19 +228,18 @@ TEST(collectTelemetry, RowsConvertedBeforeTheLocalPlayerIsKnownStayUnflagged) {
     LiveClientHarness h;
     ScriptedGame game(h);
     game.activeName.clear();
-    game.events = {test::championKill(1, 99, QStringLiteral("Kestrel"), QStringLiteral("Rook"))};
+    game.events = {championKill(1, 99, QStringLiteral("Kestrel"), QStringLiteral("Rook"))};
     const RecordingTelemetry telemetry = game.collect(0, 6, [&](int pass) {
         if (pass == 2) game.activeName = QStringLiteral("Kestrel");
         if (pass == 4)
-            game.events.push_back(
-                test::championKill(2, 100.5, QStringLiteral("Kestrel"), QStringLiteral("Rook")));
+            game.events.push_back(championKill(2, 100.5, QStringLiteral("Kestrel"), QStringLiteral("Rook")));
     });
     ASSERT_EQ(telemetry.events.size(), 2u);
     EXPECT_EQ(telemetry.events[0].isLocalPlayerKill, false);
     EXPECT_EQ(telemetry.events[1].isLocalPlayerKill, true);
     // Asked at every pass until it answered at the third; the fallback was asked each time it failed.
-    EXPECT_EQ(h.service->count(kActivePlayerName), 3);
-    EXPECT_EQ(h.service->count(QStringLiteral("/liveclientdata/allgamedata")), 2);
+    EXPECT_EQ(h.service->count(kActivePlayerNamePath), 3);
+    EXPECT_EQ(h.service->count(kAllGameDataPath), 2);
 }
 
 }  // namespace

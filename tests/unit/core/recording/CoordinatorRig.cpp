@@ -1,25 +1,23 @@
 #include "CoordinatorRig.h"
 
-#include "core/log/CaptureLog.h"
-#include "core/log/CaptureLogFile.h"
 #include "support/TestEnvironment.h"
 
 #include <QCoreApplication>
 #include <QCoroTask>
-#include <QDir>
-#include <QRegularExpression>
 
 namespace kestrum::test {
 
-CoordinatorRig::CoordinatorRig()
+CoordinatorRig::CoordinatorRig(Storage storageKind)
     : defaults(home.path() + QStringLiteral("/defaults.json")),
       folderStore(defaults, picker),
-      storage(folderStore, defaults, measure.measure()) {
-    waitForCaptureLogWrites();
-    QDir(captureLogDirectoryPath()).removeRecursively();
-    // An existing file takes every line by appending; two first lines racing to create it lose one.
-    writeFileBytes(captureLogFilePath(), {});
-    installCaptureSystemLog(systemLog);
+      storage(folderStore, defaults,
+              storageKind == Storage::gated ? measure.measure() : RecordingStorageBudgetSource::Measure()) {
+    resetCaptureLogFile();
+    access.setGranted(false);
+    coordinator =
+        std::make_unique<RecordingCoordinator>(workspace, access, capturer, liveClient, storage, clock);
+    waitUntil([&] { return coordinator->currentStatus() == RecordingStatus::permissionRequired; });
+    access.setGranted(true);
 }
 
 CoordinatorRig::~CoordinatorRig() {
@@ -31,16 +29,6 @@ CoordinatorRig::~CoordinatorRig() {
     clock.advance(std::chrono::hours(24 * 365 * 2));
     waitUntil([&] { return clock.pendingSleepCount() == 0; });
     for (int turn = 0; turn < 5; ++turn) QCoreApplication::processEvents();
-    installCaptureSystemLog(nullptr);
-}
-
-void CoordinatorRig::createCoordinator() {
-    const bool granted = access.preflight();
-    access.setGranted(false);
-    coordinator =
-        std::make_unique<RecordingCoordinator>(workspace, access, capturer, liveClient, storage, clock);
-    waitUntil([&] { return coordinator->currentStatus() == RecordingStatus::permissionRequired; });
-    access.setGranted(granted);
 }
 
 void CoordinatorRig::refresh() {
@@ -49,6 +37,10 @@ void CoordinatorRig::refresh() {
 
 Job<void> CoordinatorRig::startRefresh() {
     return Job<void>::start([this](CancellationToken) { return coordinator->refreshRecordingState(); });
+}
+
+Job<void> CoordinatorRig::startQuit() {
+    return Job<void>::start([this](CancellationToken) { return coordinator->prepareForTermination(); });
 }
 
 bool CoordinatorRig::finish(const Job<void>& job) {
@@ -72,22 +64,6 @@ RunningApplication CoordinatorRig::leagueClient() {
 
 RunningApplication CoordinatorRig::launcher() {
     return {QStringLiteral("com.riotgames.RiotGames.RiotClient"), 50, QStringLiteral("Riot Client")};
-}
-
-QStringList CoordinatorRig::systemLogMessages() const {
-    QStringList messages;
-    for (const FakeSystemLog::Line& line : systemLog->lines()) messages.append(line.message);
-    return messages;
-}
-
-QStringList CoordinatorRig::logLines() {
-    waitForCaptureLogWrites();
-    const QString text = QString::fromUtf8(readFileBytes(captureLogFilePath()));
-    static const QRegularExpression timestamp(QStringLiteral(R"(^\[[^\]]+\] )"));
-    QStringList lines;
-    for (QString line : text.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
-        lines.append(line.remove(timestamp));
-    return lines;
 }
 
 }  // namespace kestrum::test

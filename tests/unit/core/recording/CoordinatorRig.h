@@ -1,7 +1,7 @@
 #pragma once
 
 #include "GatedStorageMeasure.h"
-#include "QStringPrinter.h"
+#include "RecordingTestSupport.h"
 #include "ScriptedRecordingCapturer.h"
 #include "ScriptedRecordingLiveClient.h"
 #include "core/async/ManualClock.h"
@@ -11,10 +11,9 @@
 #include "core/settings/UserDefaults.h"
 #include "platform/fake/FakeFolderPicker.h"
 #include "platform/fake/FakeScreenCaptureAccess.h"
-#include "platform/fake/FakeSystemLog.h"
 #include "platform/fake/FakeWorkspace.h"
+#include "support/CapturedLog.h"
 
-#include <QStringList>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -22,23 +21,24 @@
 namespace kestrum::test {
 
 // One coordinator with every collaborator faked except the folder store and the defaults, which are
-// real and live in a private temporary folder. The capture log is emptied at creation, so `logLines`
-// holds what this rig's coordinator wrote. Time moves only through `clock`.
+// real and live in a private temporary folder. The capture log file is emptied at creation, so that
+// captureLogLines() holds what this rig's coordinator wrote. Time moves only through `clock`.
 class CoordinatorRig {
   public:
     static constexpr qint32 kGamePid = 4242;
+    // How the storage check measures the folder: through `measure`, or by walking the real folder.
+    enum class Storage { gated, realFolderWalk };
 
-    CoordinatorRig();
+    // Builds the coordinator and waits until its first refresh (queued at creation) has run. The first
+    // refresh is made to end at the access check, so that it never overlaps a test's own steps.
+    explicit CoordinatorRig(Storage storageKind = Storage::gated);
     ~CoordinatorRig();
-
-    // Builds the coordinator and waits until its first refresh (queued at creation) has run. The
-    // first refresh is made to end at the access check, so that it never overlaps a test's own steps.
-    void createCoordinator();
 
     // Runs one refresh to its end.
     void refresh();
-    // Starts a refresh as a job of its own, to be left suspended while the test does something else.
+    // Starts a refresh (a quit) as a job of its own, to be left suspended while the test does something else.
     Job<void> startRefresh();
+    Job<void> startQuit();
     // Runs a job to its end, processing events meanwhile; false when it does not end within 10 s.
     static bool finish(const Job<void>& job);
 
@@ -49,13 +49,7 @@ class CoordinatorRig {
     static RunningApplication leagueClient();
     static RunningApplication launcher();
 
-    // The capture log's lines written since the rig was made, each without its timestamp:
-    // "[INFO] [Capture] message".
-    static QStringList logLines();
-    // The messages the system log received, in the order of the calls (the file's order may differ).
-    QStringList systemLogMessages() const;
-
-    std::shared_ptr<FakeSystemLog> systemLog = std::make_shared<FakeSystemLog>();
+    CapturedLog log;
     ManualClock clock;
     FakeWorkspace workspace;
     FakeScreenCaptureAccess access{true};

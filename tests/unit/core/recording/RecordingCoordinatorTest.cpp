@@ -46,37 +46,23 @@ TEST(RecordingCoordinator, DerivesTheStatusFromTheWorld) {
     const RunningApplication wrongCase{QStringLiteral("com.riotgames.leagueoflegends.gameclient"), 9, {}};
     const auto game = CoordinatorRig::game();
     const auto client = CoordinatorRig::leagueClient();
+    using enum RecordingStatus;
     const std::vector<Case> cases = {
-        {"nothing runs", {}, true, false, false, RecordingStatus::idle, 0, {}},
-        {"only the launcher", {CoordinatorRig::launcher()}, true, false, false, RecordingStatus::idle, 0, {}},
-        {"no bundle identifier", {unnamed}, true, false, false, RecordingStatus::idle, 0, {}},
-        {"identifier in another case", {wrongCase}, true, false, false, RecordingStatus::idle, 0, {}},
-        {"League client", {client}, true, false, false, RecordingStatus::ready, 0, {}},
-        {"League client interface", {ux}, true, false, false, RecordingStatus::ready, 0, {}},
-        {"live game", {client, game}, true, false, false, RecordingStatus::recording, 1, {kVerified, kStart}},
-        {"replay", {client, game}, true, false, true, RecordingStatus::ready, 0, {kReplay}},
-        {"no access hides everything",
-         {client, game},
-         false,
-         true,
-         false,
-         RecordingStatus::permissionRequired,
-         0,
-         {}},
-        {"budget used up, live game",
-         {client, game},
-         true,
-         true,
-         false,
-         RecordingStatus::storageLimitReached,
-         0,
-         {}},
-        {"budget used up, idle", {}, true, true, false, RecordingStatus::storageLimitReached, 0, {}},
+        {"nothing runs", {}, true, false, false, idle, 0, {}},
+        {"only the launcher", {CoordinatorRig::launcher()}, true, false, false, idle, 0, {}},
+        {"no bundle identifier", {unnamed}, true, false, false, idle, 0, {}},
+        {"identifier in another case", {wrongCase}, true, false, false, idle, 0, {}},
+        {"League client", {client}, true, false, false, ready, 0, {}},
+        {"League client interface", {ux}, true, false, false, ready, 0, {}},
+        {"live game", {client, game}, true, false, false, recording, 1, {kVerified, kStart}},
+        {"replay", {client, game}, true, false, true, ready, 0, {kReplay}},
+        {"no access hides everything", {client, game}, false, true, false, permissionRequired, 0, {}},
+        {"budget used up, live game", {client, game}, true, true, false, storageLimitReached, 0, {}},
+        {"budget used up, idle", {}, true, true, false, storageLimitReached, 0, {}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         CoordinatorRig rig;
-        rig.createCoordinator();
         rig.workspace.setRunningApplications(c.applications);
         rig.access.setGranted(c.accessGranted);
         rig.measure.setLimitReached(c.limitReached);
@@ -85,13 +71,12 @@ TEST(RecordingCoordinator, DerivesTheStatusFromTheWorld) {
         EXPECT_EQ(rig.coordinator->currentStatus(), c.expected);
         EXPECT_EQ(rig.capturer.startCount(), c.expectedStarts);
         EXPECT_EQ(rig.coordinator->isRecording(), c.expectedStarts == 1);
-        EXPECT_THAT(CoordinatorRig::logLines(), testing::UnorderedElementsAreArray(c.expectedLog));
+        EXPECT_THAT(captureLogLines(), testing::UnorderedElementsAreArray(c.expectedLog));
     }
 }
 
-TEST(RecordingCoordinator, PublishesTheStatusAsAPropertyWithItsRawValue) {
+TEST(RecordingCoordinator, PublishesTheStatusAsAPropertyThatSignalsChangesOnly) {
     CoordinatorRig rig;
-    rig.createCoordinator();
     QSignalSpy spy(rig.coordinator.get(), &RecordingCoordinator::currentStatusChanged);
     rig.workspace.setRunningApplications({CoordinatorRig::leagueClient()});
     rig.refresh();
@@ -100,14 +85,12 @@ TEST(RecordingCoordinator, PublishesTheStatusAsAPropertyWithItsRawValue) {
     EXPECT_EQ(spy.at(0).at(0).value<RecordingStatus>(), RecordingStatus::ready);
     const QVariant property = rig.coordinator->property("currentStatus");
     EXPECT_EQ(property.value<RecordingStatus>(), RecordingStatus::ready);
-    EXPECT_EQ(rawValue(property.value<RecordingStatus>()), QStringLiteral("Ready"));
 }
 
 TEST(RecordingCoordinator, StorageCheckReadsTheBudgetSettingsAndTheFolder) {
     CoordinatorRig rig;
     rig.defaults.setDouble(2.5, QStringLiteral("recordingStorageMaximumGigabytes"));
     rig.defaults.setDouble(50, QStringLiteral("recordingStorageWarningPercentage"));
-    rig.createCoordinator();
     rig.refresh();
     ASSERT_EQ(rig.measure.callCount(), 1);
     const RecordingStorageQuery query = rig.measure.queries().front();
@@ -121,7 +104,6 @@ TEST(RecordingCoordinator, RefreshEnteredDuringClassificationStartsOnce) {
     for (const bool provesReplay : {false, true}) {
         SCOPED_TRACE(provesReplay ? "the game proves a replay" : "the game proves live");
         CoordinatorRig rig;
-        rig.createCoordinator();
         rig.workspace.setRunningApplications({CoordinatorRig::game()});
         rig.liveClient.holdClassifications(true);
         const Job<void> first = rig.startRefresh();
@@ -142,7 +124,7 @@ TEST(RecordingCoordinator, RefreshEnteredDuringClassificationStartsOnce) {
         EXPECT_EQ(rig.coordinator->currentStatus(),
                   provesReplay ? RecordingStatus::ready : RecordingStatus::recording);
         // A replay stops the recording without a line of its own.
-        EXPECT_THAT(CoordinatorRig::logLines(), Not(Contains(kClosed)));
+        EXPECT_THAT(captureLogLines(), Not(Contains(kClosed)));
     }
 }
 
@@ -163,7 +145,6 @@ TEST(RecordingCoordinator, StartStorageCheckSuspendedKeepsOtherRefreshesOutAndRe
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         CoordinatorRig rig;
-        rig.createCoordinator();
         rig.workspace.setRunningApplications({CoordinatorRig::game()});
         rig.measure.holdCall(2);  // the first is the plain check, the second the start's
         const Job<void> first = rig.startRefresh();
@@ -177,10 +158,7 @@ TEST(RecordingCoordinator, StartStorageCheckSuspendedKeepsOtherRefreshesOutAndRe
         if (c.during == During::gameEnds) rig.workspace.setRunningApplications({});
         if (c.during == During::limitReached) rig.measure.setLimitReached(true);
         std::optional<Job<void>> quit;
-        if (c.during == During::quit) {
-            quit =
-                Job<void>::start([&](CancellationToken) { return rig.coordinator->prepareForTermination(); });
-        }
+        if (c.during == During::quit) quit = rig.startQuit();
         rig.measure.releaseAll();
         ASSERT_TRUE(CoordinatorRig::finish(first));
         if (quit) {
@@ -190,7 +168,7 @@ TEST(RecordingCoordinator, StartStorageCheckSuspendedKeepsOtherRefreshesOutAndRe
         EXPECT_FALSE(rig.coordinator->isStartingRecording());
         EXPECT_EQ(rig.coordinator->isRecording(), c.expectedStarts == 1);
         EXPECT_EQ(rig.coordinator->currentStatus(), c.expectedStatus);
-        const QStringList log = CoordinatorRig::logLines();
+        const QStringList log = captureLogLines();
         EXPECT_EQ(log.contains(kLimit), c.during == During::limitReached);
         EXPECT_EQ(log.contains(kStart), c.expectedStarts == 1);
     }
@@ -198,7 +176,6 @@ TEST(RecordingCoordinator, StartStorageCheckSuspendedKeepsOtherRefreshesOutAndRe
 
 TEST(RecordingCoordinator, StopDuringStartWaitsForTheStartAndStartsNoTelemetry) {
     CoordinatorRig rig;
-    rig.createCoordinator();
     rig.capturer.holdStarts(true);
     rig.workspace.setRunningApplications({CoordinatorRig::game()});
     const Job<void> starting = rig.startRefresh();
@@ -220,12 +197,11 @@ TEST(RecordingCoordinator, StopDuringStartWaitsForTheStartAndStartsNoTelemetry) 
     EXPECT_TRUE(rig.liveClient.telemetryCalls().empty());
     EXPECT_FALSE(rig.coordinator->isStopping());
     EXPECT_EQ(rig.coordinator->currentStatus(), RecordingStatus::idle);
-    EXPECT_THAT(CoordinatorRig::logLines(), Contains(kClosed));
+    EXPECT_THAT(captureLogLines(), Contains(kClosed));
 }
 
-TEST(RecordingCoordinator, RecordingHandsMetadataAndTelemetryToTheStop) {
+TEST(RecordingCoordinator, EmptyApplicationListStopsTheRecordingAndHandsOnMetadataAndTelemetry) {
     CoordinatorRig rig;
-    rig.createCoordinator();
     const RecordingMetadata metadata{std::nullopt, "CLASSIC", "Ahri", "MIDDLE"};
     RecordingTelemetry telemetry;
     telemetry.events.resize(2);
@@ -244,50 +220,47 @@ TEST(RecordingCoordinator, RecordingHandsMetadataAndTelemetryToTheStop) {
 
     rig.workspace.setRunningApplications({});  // silently: the test runs the refreshes itself
     rig.refresh();
+    EXPECT_EQ(rig.coordinator->currentStatus(), RecordingStatus::idle);
+    EXPECT_FALSE(rig.coordinator->isRecording());
     EXPECT_TRUE(rig.liveClient.metadataCalls()[0].token.isCancelled());
     EXPECT_TRUE(rig.liveClient.telemetryCalls()[0].token.isCancelled());
+    EXPECT_EQ(rig.capturer.completedFinishes(), 1);
     ASSERT_EQ(rig.capturer.finishCalls().size(), 1u);
     EXPECT_EQ(rig.capturer.finishCalls()[0].metadata, metadata);
     EXPECT_EQ(rig.capturer.finishCalls()[0].events.size(), 2u);
     EXPECT_EQ(rig.capturer.finishCalls()[0].scoreboard.size(), 1u);
-    EXPECT_THAT(CoordinatorRig::logLines(), UnorderedElementsAre(kVerified, kStart, kClosed));
+    EXPECT_THAT(captureLogLines(), UnorderedElementsAre(kVerified, kStart, kClosed));
     // The system log receives the same entries synchronously, so it also shows their order.
-    EXPECT_EQ(rig.systemLogMessages(),
+    EXPECT_EQ(rig.log.lines(),
               (QStringList{QStringLiteral("Live Game Client verified. Recording is allowed."),
                            QStringLiteral("Live Game Client detected. Start recording..."),
                            QStringLiteral("Game Client closed. Stopping recording...")}));
 }
 
-TEST(RecordingCoordinator, ReplayAfterALiveStartStopsWithoutALogLine) {
-    CoordinatorRig rig;
-    rig.createCoordinator();
-    rig.startLiveRecording(1);
-    rig.workspace.setRunningApplications({CoordinatorRig::leagueClient(), CoordinatorRig::game(2)});
-    rig.liveClient.setIsReplay(true);
-    rig.refresh();
-    EXPECT_EQ(rig.coordinator->currentStatus(), RecordingStatus::ready);
-    EXPECT_FALSE(rig.coordinator->isRecording());
-    EXPECT_EQ(rig.capturer.finishCalls().size(), 1u);
-    EXPECT_THAT(CoordinatorRig::logLines(), UnorderedElementsAre(kVerified, kStart, kReplay));
-}
-
-TEST(RecordingCoordinator, GameRestartWithANewProcessIsClassifiedAndTheRecordingGoesOn) {
-    CoordinatorRig rig;
-    rig.createCoordinator();
-    rig.startLiveRecording(1);
-    rig.workspace.setRunningApplications({CoordinatorRig::leagueClient(), CoordinatorRig::game(2)});
-    rig.refresh();
-    EXPECT_EQ(rig.liveClient.classificationCount(), 2);
-    EXPECT_EQ(rig.coordinator->classifiedGameProcessID(), 2);
-    EXPECT_EQ(rig.capturer.startCount(), 1);
-    EXPECT_TRUE(rig.capturer.finishCalls().empty());
-    EXPECT_TRUE(rig.coordinator->isRecording());
-    EXPECT_EQ(rig.coordinator->currentStatus(), RecordingStatus::recording);
+// A game restarted with a new process goes on being recorded; a replay found after a live start stops the
+// recording without the closing line.
+TEST(RecordingCoordinator, NewGameProcessWhileRecordingIsClassifiedAgain) {
+    for (const bool isReplay : {false, true}) {
+        SCOPED_TRACE(isReplay ? "a replay" : "a live game");
+        CoordinatorRig rig;
+        rig.startLiveRecording(1);
+        rig.workspace.setRunningApplications({CoordinatorRig::leagueClient(), CoordinatorRig::game(2)});
+        rig.liveClient.setIsReplay(isReplay);
+        rig.refresh();
+        EXPECT_EQ(rig.liveClient.classificationCount(), 2);
+        EXPECT_EQ(rig.coordinator->classifiedGameProcessID(), 2);
+        EXPECT_EQ(rig.capturer.startCount(), 1);
+        EXPECT_EQ(rig.coordinator->isRecording(), !isReplay);
+        EXPECT_EQ(rig.capturer.finishCalls().size(), isReplay ? 1u : 0u);
+        EXPECT_EQ(rig.coordinator->currentStatus(),
+                  isReplay ? RecordingStatus::ready : RecordingStatus::recording);
+        EXPECT_THAT(captureLogLines(),
+                    UnorderedElementsAre(kVerified, kStart, isReplay ? kReplay : kVerified));
+    }
 }
 
 TEST(RecordingCoordinator, GameGoneDuringClassificationLeavesTheStatusAsItStood) {
     CoordinatorRig rig;
-    rig.createCoordinator();
     rig.workspace.setRunningApplications({CoordinatorRig::leagueClient()});
     rig.refresh();
     rig.workspace.setRunningApplications({CoordinatorRig::leagueClient(), CoordinatorRig::game()});
@@ -300,24 +273,11 @@ TEST(RecordingCoordinator, GameGoneDuringClassificationLeavesTheStatusAsItStood)
     EXPECT_EQ(rig.coordinator->currentStatus(), RecordingStatus::ready);
     EXPECT_FALSE(rig.coordinator->classifiedGameProcessID().has_value());
     EXPECT_EQ(rig.capturer.startCount(), 0);
-    EXPECT_THAT(CoordinatorRig::logLines(), IsEmpty());
-}
-
-TEST(RecordingCoordinator, EmptyApplicationListStopsARecording) {
-    CoordinatorRig rig;
-    rig.createCoordinator();
-    rig.startLiveRecording();
-    rig.workspace.setRunningApplications({});
-    rig.refresh();
-    EXPECT_EQ(rig.coordinator->currentStatus(), RecordingStatus::idle);
-    EXPECT_FALSE(rig.coordinator->isRecording());
-    EXPECT_EQ(rig.capturer.completedFinishes(), 1);
-    EXPECT_THAT(CoordinatorRig::logLines(), UnorderedElementsAre(kVerified, kStart, kClosed));
+    EXPECT_THAT(captureLogLines(), IsEmpty());
 }
 
 TEST(RecordingCoordinator, RecordingIsNeverStoppedByTheBudget) {
     CoordinatorRig rig;
-    rig.createCoordinator();
     rig.startLiveRecording();
     const int measuresBefore = rig.measure.callCount();
     rig.measure.setLimitReached(true);
@@ -331,7 +291,6 @@ TEST(RecordingCoordinator, FailedStartRetriesOnceAfterTwoSecondsWhileAccessHolds
     for (const bool accessAfterFailure : {true, false}) {
         SCOPED_TRACE(accessAfterFailure ? "access kept" : "access removed before the failure");
         CoordinatorRig rig;
-        rig.createCoordinator();
         rig.capturer.setStartResult(std::nullopt);
         rig.capturer.holdStarts(true);
         rig.workspace.setRunningApplications({CoordinatorRig::game()});
@@ -361,7 +320,6 @@ TEST(RecordingCoordinator, FailedStartRetriesOnceAfterTwoSecondsWhileAccessHolds
 
 TEST(RecordingCoordinator, PeriodicRefreshStopsARecordingWhenAccessIsRemoved) {
     CoordinatorRig rig;
-    rig.createCoordinator();
     rig.startLiveRecording();
     rig.access.setGranted(false);
     rig.clock.advance(5s);
@@ -369,9 +327,9 @@ TEST(RecordingCoordinator, PeriodicRefreshStopsARecordingWhenAccessIsRemoved) {
     EXPECT_EQ(rig.coordinator->currentStatus(), RecordingStatus::permissionRequired);
     EXPECT_FALSE(rig.coordinator->isRecording());
     EXPECT_FALSE(rig.coordinator->lastKnownScreenRecordingAccess());
-    EXPECT_THAT(CoordinatorRig::logLines(), UnorderedElementsAre(kVerified, kStart, kPermissionRemoved));
-    ASSERT_FALSE(rig.systemLog->lines().isEmpty());
-    EXPECT_EQ(rig.systemLog->lines().last(),
+    EXPECT_THAT(captureLogLines(), UnorderedElementsAre(kVerified, kStart, kPermissionRemoved));
+    ASSERT_FALSE(rig.log.sink->lines().isEmpty());
+    EXPECT_EQ(rig.log.sink->lines().last(),
               (FakeSystemLog::Line{
                   SystemLog::Level::Error,
                   QStringLiteral("❌ Screen Recording permission was removed. Stopping recording...")}));
@@ -379,19 +337,16 @@ TEST(RecordingCoordinator, PeriodicRefreshStopsARecordingWhenAccessIsRemoved) {
 
 TEST(RecordingCoordinator, QuitTwiceFinalizesOnce) {
     CoordinatorRig rig;
-    rig.createCoordinator();
     rig.startLiveRecording();
     rig.capturer.holdFinishes(true);
-    const Job<void> firstQuit =
-        Job<void>::start([&](CancellationToken) { return rig.coordinator->prepareForTermination(); });
-    const Job<void> secondQuit =
-        Job<void>::start([&](CancellationToken) { return rig.coordinator->prepareForTermination(); });
+    const Job<void> firstQuit = rig.startQuit();
+    const Job<void> secondQuit = rig.startQuit();
     EXPECT_TRUE(secondQuit.isFinished()) << "the second quit returns at once";
     EXPECT_FALSE(firstQuit.isFinished()) << "the first quit waits for the movie";
     rig.capturer.releaseFinishes();
     ASSERT_TRUE(CoordinatorRig::finish(firstQuit));
     EXPECT_EQ(rig.capturer.completedFinishes(), 1);
-    EXPECT_THAT(CoordinatorRig::logLines(), UnorderedElementsAre(kVerified, kStart, kQuitting));
+    EXPECT_THAT(captureLogLines(), UnorderedElementsAre(kVerified, kStart, kQuitting));
 
     // After the quit, refreshes and the periodic loop do nothing.
     const int measures = rig.measure.callCount();
@@ -405,29 +360,26 @@ TEST(RecordingCoordinator, QuitTwiceFinalizesOnce) {
 
 TEST(RecordingCoordinator, QuitWithAStopRunningLogsAndJoinsIt) {
     CoordinatorRig rig;
-    rig.createCoordinator();
     rig.startLiveRecording();
     rig.capturer.holdFinishes(true);
     rig.workspace.setRunningApplications({});  // silently: the test runs the refreshes itself
     const Job<void> stopping = rig.startRefresh();
     ASSERT_TRUE(waitUntil([&] { return rig.capturer.suspendedFinishes() == 1; }));
-    const Job<void> quit =
-        Job<void>::start([&](CancellationToken) { return rig.coordinator->prepareForTermination(); });
+    const Job<void> quit = rig.startQuit();
     processEventsFor(20);
     EXPECT_FALSE(quit.isFinished());
     rig.capturer.releaseFinishes();
     ASSERT_TRUE(CoordinatorRig::finish(quit));
     ASSERT_TRUE(CoordinatorRig::finish(stopping));
     EXPECT_EQ(rig.capturer.finishCalls().size(), 1u);
-    EXPECT_THAT(CoordinatorRig::logLines(), UnorderedElementsAre(kVerified, kStart, kClosed, kQuitting));
+    EXPECT_THAT(captureLogLines(), UnorderedElementsAre(kVerified, kStart, kClosed, kQuitting));
 }
 
 TEST(RecordingCoordinator, QuitWithoutRecordingLogsNothing) {
     CoordinatorRig rig;
-    rig.createCoordinator();
     QCoro::waitFor(rig.coordinator->prepareForTermination());
     EXPECT_TRUE(rig.coordinator->isShuttingDown());
-    EXPECT_THAT(CoordinatorRig::logLines(), IsEmpty());
+    EXPECT_THAT(captureLogLines(), IsEmpty());
 }
 
 TEST(RecordingCoordinator, NoticesOfMonitoredApplicationsAndEveryActivationRefresh) {
@@ -465,7 +417,6 @@ TEST(RecordingCoordinator, NoticesOfMonitoredApplicationsAndEveryActivationRefre
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         CoordinatorRig rig;
-        rig.createCoordinator();
         rig.refresh();
         ASSERT_TRUE(rig.coordinator->lastKnownScreenRecordingAccess());
         // Without access a refresh ends at its access check, at once and with no await; the flip of
@@ -483,7 +434,7 @@ TEST(RecordingCoordinator, NoticesOfMonitoredApplicationsAndEveryActivationRefre
             processEventsFor(30);
             EXPECT_TRUE(rig.coordinator->lastKnownScreenRecordingAccess());
         }
-        for (const QString& line : CoordinatorRig::logLines()) {
+        for (const QString& line : captureLogLines()) {
             EXPECT_FALSE(line.contains(QStringLiteral("detected: ")))
                 << "console only: " << line.toStdString();
         }
@@ -492,7 +443,6 @@ TEST(RecordingCoordinator, NoticesOfMonitoredApplicationsAndEveryActivationRefre
 
 TEST(RecordingCoordinator, DestructionRemovesTheObserversAndEndsThePeriodicRefresh) {
     CoordinatorRig rig;
-    rig.createCoordinator();
     EXPECT_EQ(rig.workspace.observerCount(Workspace::Notice::didActivate), 1u);
     EXPECT_EQ(rig.clock.pendingSleepCount(), 1u);
     rig.coordinator.reset();
@@ -508,25 +458,17 @@ TEST(RecordingCoordinator, DestructionRemovesTheObserversAndEndsThePeriodicRefre
 }
 
 TEST(RecordingCoordinator, RealStorageWalkHidesALiveGameBehindTheLimit) {
-    CoordinatorRig rig;
+    CoordinatorRig rig(CoordinatorRig::Storage::realFolderWalk);
     // 1000 bytes of budget, and a folder that holds more than that on disk.
     rig.defaults.setDouble(0.000001, QStringLiteral("recordingStorageMaximumGigabytes"));
     const QString folder = rig.home.path() + QStringLiteral("/Recordings");
     ASSERT_TRUE(writeFileBytes(folder + QStringLiteral("/old.mov"), QByteArray(64 * 1024, 'x')));
     rig.folderStore.takeFolder(folder);
-    RecordingStorageBudgetSource realStorage(rig.folderStore, rig.defaults);
-    rig.access.setGranted(false);
-    RecordingCoordinator coordinator(rig.workspace, rig.access, rig.capturer, rig.liveClient, realStorage,
-                                     rig.clock);
-    ASSERT_TRUE(
-        waitUntil([&] { return coordinator.currentStatus() == RecordingStatus::permissionRequired; }));
-    rig.access.setGranted(true);
-    rig.workspace.setRunningApplications({CoordinatorRig::leagueClient(), CoordinatorRig::game()});
-    QCoro::waitFor(coordinator.refreshRecordingState());
-    EXPECT_EQ(coordinator.currentStatus(), RecordingStatus::storageLimitReached);
+    rig.startLiveRecording();
+    EXPECT_EQ(rig.coordinator->currentStatus(), RecordingStatus::storageLimitReached);
     EXPECT_EQ(rig.capturer.startCount(), 0);
     EXPECT_EQ(rig.liveClient.classificationCount(), 0) << "the budget comes before any look at the processes";
-    EXPECT_THAT(CoordinatorRig::logLines(), IsEmpty());
+    EXPECT_THAT(captureLogLines(), IsEmpty());
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "QStringPrinter.h"
+#include "RecordingTestSupport.h"
 #include "core/recording/RecordingFileName.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,4 @@
-#include "QStringPrinter.h"
-#include "core/log/CaptureLog.h"
-#include "core/log/CaptureLogFile.h"
+#include "RecordingTestSupport.h"
 #include "core/recording/RecordingFolderStore.h"
 #include "core/settings/SettingsKeys.h"
 #include "platform/fake/FakeFolderPicker.h"
@@ -21,23 +19,12 @@ namespace {
 class RecordingFolderStore : public testing::Test {
   protected:
     void SetUp() override {
-        waitForCaptureLogWrites();
-        QDir(captureLogDirectoryPath()).removeRecursively();
-        writeFileBytes(captureLogFilePath(), {});
+        resetCaptureLogFile();
         QDir(moviesPath()).removeRecursively();
     }
     void TearDown() override { QDir(moviesPath()).removeRecursively(); }
 
     static QString moviesPath() { return QStandardPaths::writableLocation(QStandardPaths::MoviesLocation); }
-    static QStringList logTails() {
-        waitForCaptureLogWrites();
-        QStringList tails;
-        for (const QString& line :
-             QString::fromUtf8(readFileBytes(captureLogFilePath())).split('\n', Qt::SkipEmptyParts)) {
-            tails.append(line.mid(line.indexOf(QStringLiteral("] [")) + 2));
-        }
-        return tails;
-    }
 
     QTemporaryDir dir_;
     UserDefaults defaults_{dir_.path() + QStringLiteral("/defaults.json")};
@@ -79,7 +66,7 @@ TEST_F(RecordingFolderStore, DefaultFolderMigratesTheLegacyFolderOnce) {
             EXPECT_EQ(readFileBytes(folder + QStringLiteral("/old.mov")), QByteArray("old"));
             EXPECT_FALSE(QFileInfo::exists(legacy));
         }
-        const QStringList log = logTails();
+        const QStringList log = captureLogLines();
         ASSERT_EQ(log.size(), c.expectsLog ? 1 : 0);
         if (c.expectsLog) {
             EXPECT_TRUE(log[0].startsWith(
@@ -117,7 +104,7 @@ TEST_F(RecordingFolderStore, RestoresAStoredFolderAndForgetsAnUnusableOne) {
         EXPECT_EQ(store.folderURL(), QUrl::fromLocalFile(c.expectedFolder));
         EXPECT_EQ(defaults_.dataForKey(SettingsKeys::recordingsFolderBookmark).has_value(),
                   c.stored && !c.forgotten);
-        const QStringList log = logTails();
+        const QStringList log = captureLogLines();
         ASSERT_EQ(log.size(), c.forgotten ? 1 : 0);
         if (c.forgotten) {
             EXPECT_TRUE(
@@ -162,7 +149,7 @@ TEST_F(RecordingFolderStore, UnusableChoiceIsRefusedWithALogLine) {
     store.takeFolder(QStringLiteral("relative/folder"));
     EXPECT_EQ(store.folderPath(), before);
     EXPECT_FALSE(defaults_.dataForKey(SettingsKeys::recordingsFolderBookmark).has_value());
-    const QStringList log = logTails();
+    const QStringList log = captureLogLines();
     ASSERT_EQ(log.size(), 1);
     EXPECT_TRUE(
         log[0].startsWith(QStringLiteral("[ERROR] [Capture] Could not remember recordings folder: ")));

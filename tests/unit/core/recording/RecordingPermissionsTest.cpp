@@ -1,4 +1,4 @@
-#include "QStringPrinter.h"
+#include "RecordingTestSupport.h"
 #include "core/async/Job.h"
 #include "core/async/ManualClock.h"
 #include "core/recording/RecordingPermissions.h"
@@ -31,34 +31,30 @@ struct PermissionsRig {
     RecordingPermissions permissions{screen, microphone, opener};
 };
 
-TEST(RecordingPermissions, ScreenAccessPromptsOnceThenOpensTheSettings) {
-    PermissionsRig rig;
-    EXPECT_FALSE(rig.permissions.hasScreenAccess());
-    rig.permissions.requestScreenAccess();
-    EXPECT_EQ(rig.screen.requestCount(), 1);
-    EXPECT_TRUE(rig.permissions.hasRequestedScreenAccess());
-    EXPECT_TRUE(rig.opener.openedLinks().isEmpty());
+TEST(RecordingPermissions, ScreenAccessPromptsOnceThenOpensTheSettingsUnlessGranted) {
+    for (const bool grantedAtThePrompt : {false, true}) {
+        SCOPED_TRACE(grantedAtThePrompt ? "granted at the prompt" : "not granted");
+        PermissionsRig rig;
+        rig.screen.setGrantsOnRequest(grantedAtThePrompt);
+        EXPECT_FALSE(rig.permissions.hasScreenAccess());
+        rig.permissions.requestScreenAccess();
+        EXPECT_EQ(rig.screen.requestCount(), 1);
+        EXPECT_EQ(rig.permissions.hasScreenAccess(), grantedAtThePrompt);
+        EXPECT_TRUE(rig.permissions.hasRequestedScreenAccess());
+        EXPECT_TRUE(rig.opener.openedLinks().isEmpty());
 
-    rig.permissions.requestScreenAccess();  // the second tap
-    EXPECT_EQ(rig.screen.requestCount(), 1) << "no second prompt";
-    EXPECT_EQ(rig.opener.openedLinks(), QList<QUrl>{kScreenPane});
-    EXPECT_FALSE(rig.permissions.settingsError().has_value());
-
+        rig.permissions.requestScreenAccess();  // the second tap
+        EXPECT_EQ(rig.screen.requestCount(), 1) << "no second prompt";
+        EXPECT_EQ(rig.opener.openedLinks(), grantedAtThePrompt ? QList<QUrl>{} : QList<QUrl>{kScreenPane});
+        EXPECT_FALSE(rig.permissions.settingsError().has_value());
+    }
     // A new run of the application prompts again.
+    PermissionsRig rig;
+    rig.permissions.requestScreenAccess();
     RecordingPermissions restarted(rig.screen, rig.microphone, rig.opener);
     EXPECT_FALSE(restarted.hasRequestedScreenAccess());
     restarted.requestScreenAccess();
     EXPECT_EQ(rig.screen.requestCount(), 2);
-}
-
-TEST(RecordingPermissions, ScreenAccessGrantedAtThePromptOrAlreadyThere) {
-    PermissionsRig rig;
-    rig.screen.setGrantsOnRequest(true);
-    rig.permissions.requestScreenAccess();
-    EXPECT_TRUE(rig.permissions.hasScreenAccess());
-    rig.permissions.requestScreenAccess();
-    EXPECT_EQ(rig.screen.requestCount(), 1) << "access present: nothing to ask";
-    EXPECT_TRUE(rig.opener.openedLinks().isEmpty());
 }
 
 TEST(RecordingPermissions, MicrophoneRequestFollowsTheStatus) {

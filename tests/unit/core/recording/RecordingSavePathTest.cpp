@@ -1,6 +1,4 @@
-#include "QStringPrinter.h"
-#include "core/log/CaptureLog.h"
-#include "core/log/CaptureLogFile.h"
+#include "RecordingTestSupport.h"
 #include "core/notifications/RecordingNotifications.h"
 #include "core/recording/RecordingFileName.h"
 #include "core/recording/RecordingSavePath.h"
@@ -28,9 +26,7 @@ const RecordingMetadata kMetadata{std::nullopt, "CLASSIC", "Miss Fortune", "NONE
 class saveRecording : public testing::Test {
   public:
     void SetUp() override {
-        waitForCaptureLogWrites();
-        QDir(captureLogDirectoryPath()).removeRecursively();
-        writeFileBytes(captureLogFilePath(), {});
+        resetCaptureLogFile();
         folderPath_ = home_.path() + QStringLiteral("/Recordings");
         QDir().mkpath(folderPath_);
         folderStore_.takeFolder(folderPath_);
@@ -51,16 +47,6 @@ class saveRecording : public testing::Test {
 
     QString expectedMoviePath() const {
         return folderPath_ + QLatin1Char('/') + recordingFileName(kDate.toDateTime(), kMetadata);
-    }
-
-    static QStringList logTails() {
-        waitForCaptureLogWrites();
-        QStringList tails;
-        for (const QString& line :
-             QString::fromUtf8(readFileBytes(captureLogFilePath())).split('\n', Qt::SkipEmptyParts)) {
-            tails.append(line.mid(line.indexOf(QStringLiteral("] [")) + 2));
-        }
-        return tails;
     }
 
     QTemporaryDir home_;
@@ -91,7 +77,7 @@ TEST_F(saveRecording, MovesTheMovieWritesTheDocumentAndPosts) {
     EXPECT_TRUE(document->apmSamples->empty());
     EXPECT_EQ(printed,
               "🎥 [GameCapturer] Match recorded! Saved directly to: " + moviePath.toStdString() + "\n");
-    EXPECT_EQ(logTails(),
+    EXPECT_EQ(captureLogLines(),
               QStringList{QStringLiteral("[INFO] [Capture] Match recording saved to ") + moviePath});
     ASSERT_EQ(notifications_.size(), 1);
     EXPECT_EQ(notifications_[0].value(RecordingNotifications::urlKey).toUrl(),
@@ -151,7 +137,7 @@ TEST_F(saveRecording, FailuresBeforeTheMoveKeepTheTemporaryFileAndPostNothing) {
         save(temporary);
         const std::string printed = testing::internal::GetCapturedStdout();
         EXPECT_EQ(printed.rfind(c.printedPrefix, 0), 0u) << printed;
-        const QStringList log = logTails();
+        const QStringList log = captureLogLines();
         if (c.loggedPrefix.isEmpty()) {
             EXPECT_TRUE(log.isEmpty());
         } else {
@@ -177,20 +163,9 @@ TEST_F(saveRecording, SidecarFailureStillKeepsTheMovieAndPosts) {
               std::string::npos);
     EXPECT_NE(printed.find("🎥 [GameCapturer] Match recorded! Saved directly to: "), std::string::npos);
     // The document's failure is console only.
-    EXPECT_EQ(logTails(), QStringList{QStringLiteral("[INFO] [Capture] Match recording saved to ") +
-                                      expectedMoviePath()});
+    EXPECT_EQ(captureLogLines(), QStringList{QStringLiteral("[INFO] [Capture] Match recording saved to ") +
+                                             expectedMoviePath()});
     EXPECT_EQ(notifications_.size(), 1);
-}
-
-TEST(moveFile, RenamesAndReportsFailures) {
-    QTemporaryDir dir;
-    const QString source = dir.path() + QStringLiteral("/a.mov");
-    ASSERT_TRUE(writeFileBytes(source, "bytes"));
-    EXPECT_TRUE(RecordingSavePath::moveFile(source, dir.path() + QStringLiteral("/b.mov")).ok());
-    EXPECT_EQ(readFileBytes(dir.path() + QStringLiteral("/b.mov")), QByteArray("bytes"));
-    const Status missing = RecordingSavePath::moveFile(source, dir.path() + QStringLiteral("/c.mov"));
-    ASSERT_FALSE(missing.ok());
-    EXPECT_FALSE(missing.error().description.isEmpty());
 }
 
 TEST(moveFile, CopiesAcrossFileSystems) {

@@ -23,6 +23,8 @@ constexpr auto blue = RecordingTeam::blue;
 constexpr auto red = RecordingTeam::red;
 constexpr double kMovieAheadOfGameSeconds = 3.5;
 
+enum class Local { none, kill, death, assist };
+
 // What a row of a fixture game must become; absent members must be absent in the row.
 struct ExpectedRow {
     std::int64_t id = 0;
@@ -33,9 +35,7 @@ struct ExpectedRow {
     std::optional<std::string> victimName;
     std::optional<std::string> killerChampion;
     std::optional<std::string> victimChampion;
-    bool kill = false;
-    bool death = false;
-    bool assist = false;
+    Local local = Local::none;
     std::optional<std::int64_t> multiKillCount;
     std::string title;
 };
@@ -80,182 +80,116 @@ void expectGame(const std::string& name, const std::vector<ExpectedRow>& expecte
         EXPECT_EQ(e.victimName, x.victimName);
         EXPECT_EQ(e.killerChampion, x.killerChampion);
         EXPECT_EQ(e.victimChampion, x.victimChampion);
-        EXPECT_EQ(e.isLocalPlayerKill, x.kill);
-        EXPECT_EQ(e.isLocalPlayerDeath, x.death);
-        EXPECT_EQ(e.isLocalPlayerAssist, x.assist);
+        EXPECT_EQ(e.isLocalPlayerKill, x.local == Local::kill);
+        EXPECT_EQ(e.isLocalPlayerDeath, x.local == Local::death);
+        EXPECT_EQ(e.isLocalPlayerAssist, x.local == Local::assist);
         EXPECT_EQ(e.multiKillCount, x.multiKillCount);
         EXPECT_EQ(eventDisplayTitle(e), x.title);
     }
 }
 
-ExpectedRow champKill(std::int64_t id, RecordingTeam team, std::string killer, std::string killerChampion,
-                      std::string victim, std::string victimChampion) {
-    return {.id = id,
-            .name = "ChampionKill",
-            .team = team,
-            .detail = killer + " \u2192 " + victim,
-            .killerName = killer,
-            .victimName = victim,
-            .killerChampion = killerChampion,
-            .victimChampion = victimChampion,
-            .title = "Champion kill"};
+// A champion kill; a turret that kills brings no champion. The first blood is a champion kill renamed.
+ExpectedRow champKill(std::int64_t id, RecordingTeam team, std::string killer,
+                      std::optional<std::string> killerChampion, std::string victim,
+                      std::string victimChampion, Local local = Local::none,
+                      std::string name = "ChampionKill") {
+    const std::string title = name == "FirstBlood" ? "First blood" : "Champion kill";
+    const std::string detail = killer + " \u2192 " + victim;
+    return {id, name, team, detail, killer, victim, killerChampion, victimChampion, local, {}, title};
 }
 
 ExpectedRow multikill(std::int64_t id, std::int64_t count, std::string victim, std::string victimChampion,
-                      std::string title) {
-    return {.id = id,
-            .name = "Multikill",
-            .team = blue,
-            .detail = "Dusk Lantern",
-            .killerName = "Dusk Lantern",
-            .victimName = victim,
-            .killerChampion = "Jinx",
-            .victimChampion = victimChampion,
-            .multiKillCount = count,
-            .title = title};
+                      std::string title, std::string killer = "Dusk Lantern",
+                      std::string killerChampion = "Jinx") {
+    return {id,          "Multikill", blue, killer, killer, victim, killerChampion, victimChampion,
+            Local::none, count,       title};
+}
+
+// A kill of a monster (`detail` is the dragon's kind) or a structure; a minion or the obelisk brings no
+// champion.
+ExpectedRow objective(std::int64_t id, std::string name, RecordingTeam team,
+                      std::optional<std::string> killer, std::optional<std::string> killerChampion,
+                      std::string title, std::optional<std::string> detail = std::nullopt,
+                      std::optional<std::string> victim = std::nullopt) {
+    return {id,          name, team, detail ? detail : killer, killer, victim, killerChampion, {},
+            Local::none, {},   title};
 }
 
 ExpectedRow dragon(std::int64_t id, RecordingTeam team, std::string kind, std::string killer,
                    std::string killerChampion) {
-    return {.id = id,
-            .name = "DragonKill",
-            .team = team,
-            .detail = kind,
-            .killerName = killer,
-            .killerChampion = killerChampion,
-            .title = "Dragon"};
-}
-
-ExpectedRow objective(std::int64_t id, std::string name, RecordingTeam team, std::string killer,
-                      std::string killerChampion, std::string title) {
-    return {.id = id,
-            .name = name,
-            .team = team,
-            .detail = killer,
-            .killerName = killer,
-            .killerChampion = killerChampion,
-            .title = title};
-}
-
-// A structure row; a player who destroys it brings a champion, a minion or the obelisk none.
-ExpectedRow structure(std::int64_t id, std::string name, RecordingTeam team,
-                      std::optional<std::string> killer, std::string detail, std::string victim,
-                      std::string title, std::optional<std::string> killerChampion = std::nullopt) {
-    return {.id = id,
-            .name = name,
-            .team = team,
-            .detail = detail,
-            .killerName = killer,
-            .victimName = victim,
-            .killerChampion = killerChampion,
-            .title = title};
+    return objective(id, "DragonKill", team, killer, killerChampion, "Dragon", kind);
 }
 
 TEST(convertEvents, ClassicGameFeedBecomesTheTimeline) {
-    ExpectedRow firstBlood = champKill(2, red, "Gilded Moth", "LeeSin", "Ashen Kite", "Kayn");
-    firstBlood.name = "FirstBlood";
-    firstBlood.death = true;
-    firstBlood.title = "First blood";
-    ExpectedRow localKill = champKill(4, blue, "Ashen Kite", "Kayn", "Hollow Reed", "Darius");
-    localKill.kill = true;
-    ExpectedRow assisted = champKill(11, blue, "Brine Sparrow", "Ahri", "Frost Harbor", "Azir");
-    assisted.assist = true;
-    ExpectedRow doubleKill = multikill(13, 2, "Jade Tern", "Lulu", "Double kill");
-    doubleKill.detail = doubleKill.killerName = "Brine Sparrow";
-    doubleKill.killerChampion = "Ahri";
-    ExpectedRow pentaKill = champKill(25, blue, "Dusk Lantern", "Jinx", "Jade Tern", "Lulu");
-    pentaKill.assist = true;
-    ExpectedRow ace{.id = 27,
-                    .name = "Ace",
-                    .team = blue,
-                    .killerName = "Dusk Lantern",
-                    .killerChampion = "Jinx",
-                    .title = "Ace"};
-
-    expectGame("classic-game",
-               {
-                   {.id = 0, .name = "GameStart", .title = "Game started"},
-                   firstBlood,
-                   localKill,
-                   dragon(5, blue, "Fire", "Ashen Kite", "Kayn"),
-                   objective(6, "HordeKill", red, "Gilded Moth", "LeeSin", "Void Grub"),
-                   structure(8, "TurretKilled", blue, "Minion_T100L1S05N0106", "Minion_T100L1S05N0106",
-                             "Turret_T2_C_05_A", "Turret"),
-                   structure(9, "TurretKilled", blue, std::nullopt, "Obelisk", "Obelisk", "Turret"),
-                   objective(10, "HeraldKill", blue, "Brine Sparrow", "Ahri", "Rift Herald"),
-                   assisted,
-                   champKill(12, blue, "Brine Sparrow", "Ahri", "Jade Tern", "Lulu"),
-                   doubleKill,
-                   dragon(14, red, "Earth", "Gilded Moth", "LeeSin"),
-                   {.id = 15,
-                    .name = "ChampionKill",
-                    .team = red,
-                    .detail = "Turret_T2_L_03_A \u2192 Copper Vale",
-                    .killerName = "Turret_T2_L_03_A",
-                    .victimName = "Copper Vale",
-                    .victimChampion = "Garen",
-                    .title = "Champion kill"},
-                   dragon(16, blue, "Water", "Ashen Kite", "Kayn"),
-                   {.id = 17, .name = "RoleQuestCompleted", .title = "Position quest completed"},
-                   champKill(18, blue, "Dusk Lantern", "Jinx", "Frost Harbor", "Azir"),
-                   champKill(19, blue, "Dusk Lantern", "Jinx", "Gilded Moth", "LeeSin"),
-                   multikill(20, 2, "Gilded Moth", "LeeSin", "Double kill"),
-                   champKill(21, blue, "Dusk Lantern", "Jinx", "Hollow Reed", "Darius"),
-                   multikill(22, 3, "Hollow Reed", "Darius", "Triple kill"),
-                   champKill(23, blue, "Dusk Lantern", "Jinx", "Iron Wren", "Kaisa"),
-                   multikill(24, 4, "Iron Wren", "Kaisa", "Quadra kill"),
-                   pentaKill,
-                   multikill(26, 5, "Jade Tern", "Lulu", "Pentakill"),
-                   ace,
-                   dragon(28, red, "Air", "Gilded Moth", "LeeSin"),
-                   objective(29, "BaronKill", red, "Gilded Moth", "LeeSin", "Baron"),
-                   dragon(30, blue, "Hextech", "Ashen Kite", "Kayn"),
-                   structure(31, "InhibKilled", red, "Hollow Reed", "Hollow Reed", "Barracks_T1_L1",
-                             "Inhibitor", "Darius"),
-                   structure(32, "TurretKilled", red, "SRU_RiftHerald17.1.1", "SRU_RiftHerald17.1.1",
-                             "Turret_T1_C_06_A", "Turret"),
-                   dragon(33, red, "Chemtech", "Gilded Moth", "LeeSin"),
-                   dragon(35, blue, "Elder", "Ashen Kite", "Kayn"),
-                   structure(36, "InhibKilled", blue, "Minion_T100L2S41N0813", "Minion_T100L2S41N0813",
-                             "Barracks_T2_C1", "Inhibitor"),
-                   {.id = 37, .name = "GameEnd", .title = "Game ended"},
-               });
+    const std::string minion = "Minion_T100L1S05N0106";
+    const std::string herald = "SRU_RiftHerald17.1.1";
+    const std::string lateMinion = "Minion_T100L2S41N0813";
+    expectGame(
+        "classic-game",
+        {
+            {.id = 0, .name = "GameStart", .title = "Game started"},
+            champKill(2, red, "Gilded Moth", "LeeSin", "Ashen Kite", "Kayn", Local::death, "FirstBlood"),
+            champKill(4, blue, "Ashen Kite", "Kayn", "Hollow Reed", "Darius", Local::kill),
+            dragon(5, blue, "Fire", "Ashen Kite", "Kayn"),
+            objective(6, "HordeKill", red, "Gilded Moth", "LeeSin", "Void Grub"),
+            objective(8, "TurretKilled", blue, minion, {}, "Turret", minion, "Turret_T2_C_05_A"),
+            objective(9, "TurretKilled", blue, {}, {}, "Turret", "Obelisk", "Obelisk"),
+            objective(10, "HeraldKill", blue, "Brine Sparrow", "Ahri", "Rift Herald"),
+            champKill(11, blue, "Brine Sparrow", "Ahri", "Frost Harbor", "Azir", Local::assist),
+            champKill(12, blue, "Brine Sparrow", "Ahri", "Jade Tern", "Lulu"),
+            multikill(13, 2, "Jade Tern", "Lulu", "Double kill", "Brine Sparrow", "Ahri"),
+            dragon(14, red, "Earth", "Gilded Moth", "LeeSin"),
+            champKill(15, red, "Turret_T2_L_03_A", {}, "Copper Vale", "Garen"),
+            dragon(16, blue, "Water", "Ashen Kite", "Kayn"),
+            {.id = 17, .name = "RoleQuestCompleted", .title = "Position quest completed"},
+            champKill(18, blue, "Dusk Lantern", "Jinx", "Frost Harbor", "Azir"),
+            champKill(19, blue, "Dusk Lantern", "Jinx", "Gilded Moth", "LeeSin"),
+            multikill(20, 2, "Gilded Moth", "LeeSin", "Double kill"),
+            champKill(21, blue, "Dusk Lantern", "Jinx", "Hollow Reed", "Darius"),
+            multikill(22, 3, "Hollow Reed", "Darius", "Triple kill"),
+            champKill(23, blue, "Dusk Lantern", "Jinx", "Iron Wren", "Kaisa"),
+            multikill(24, 4, "Iron Wren", "Kaisa", "Quadra kill"),
+            champKill(25, blue, "Dusk Lantern", "Jinx", "Jade Tern", "Lulu", Local::assist),
+            multikill(26, 5, "Jade Tern", "Lulu", "Pentakill"),
+            {.id = 27,
+             .name = "Ace",
+             .team = blue,
+             .killerName = "Dusk Lantern",
+             .killerChampion = "Jinx",
+             .title = "Ace"},
+            dragon(28, red, "Air", "Gilded Moth", "LeeSin"),
+            objective(29, "BaronKill", red, "Gilded Moth", "LeeSin", "Baron"),
+            dragon(30, blue, "Hextech", "Ashen Kite", "Kayn"),
+            objective(31, "InhibKilled", red, "Hollow Reed", "Darius", "Inhibitor", {}, "Barracks_T1_L1"),
+            objective(32, "TurretKilled", red, herald, {}, "Turret", herald, "Turret_T1_C_06_A"),
+            dragon(33, red, "Chemtech", "Gilded Moth", "LeeSin"),
+            dragon(35, blue, "Elder", "Ashen Kite", "Kayn"),
+            objective(36, "InhibKilled", blue, lateMinion, {}, "Inhibitor", lateMinion, "Barracks_T2_C1"),
+            {.id = 37, .name = "GameEnd", .title = "Game ended"},
+        });
 }
 
 TEST(convertEvents, BotGameNamesPlayersByChampion) {
-    ExpectedRow localKill = champKill(1, blue, "Annie", "Annie", "Brand", "Brand");
-    localKill.name = "FirstBlood";
-    localKill.title = "First blood";
-    localKill.kill = true;
-    ExpectedRow localDeath = champKill(2, red, "Nunu & Willump", "NunuWillump", "Annie", "Annie");
-    localDeath.death = true;
-    ExpectedRow localAssist = champKill(3, blue, "Garen", "Garen", "Nunu & Willump", "NunuWillump");
-    localAssist.assist = true;
-    expectGame("bot-game", {
-                               {.id = 0, .name = "GameStart", .title = "Game started"},
-                               localKill,
-                               localDeath,
-                               localAssist,
-                               {.id = 4, .name = "GameEnd", .title = "Game ended"},
-                           });
+    expectGame("bot-game",
+               {
+                   {.id = 0, .name = "GameStart", .title = "Game started"},
+                   champKill(1, blue, "Annie", "Annie", "Brand", "Brand", Local::kill, "FirstBlood"),
+                   champKill(2, red, "Nunu & Willump", "NunuWillump", "Annie", "Annie", Local::death),
+                   champKill(3, blue, "Garen", "Garen", "Nunu & Willump", "NunuWillump", Local::assist),
+                   {.id = 4, .name = "GameEnd", .title = "Game ended"},
+               });
 }
 
 TEST(convertEvents, RecentSeasonGameNamesPlayersByGameName) {
-    ExpectedRow localKill = champKill(1, blue, "Ashen Kite", "Kayn", "Gilded Moth", "LeeSin");
-    localKill.name = "FirstBlood";
-    localKill.title = "First blood";
-    localKill.kill = true;
-    ExpectedRow localDeath = champKill(3, red, "Gilded Moth", "LeeSin", "Ashen Kite", "Kayn");
-    localDeath.death = true;
-    ExpectedRow localAssist = champKill(4, blue, "Brine Sparrow", "Ahri", "Iron Wren", "Kaisa");
-    localAssist.assist = true;
-    expectGame("recent-season-game", {
-                                         {.id = 0, .name = "GameStart", .title = "Game started"},
-                                         localKill,
-                                         champKill(2, red, "Iron Wren", "Kaisa", "Brine Sparrow", "Ahri"),
-                                         localDeath,
-                                         localAssist,
-                                     });
+    expectGame(
+        "recent-season-game",
+        {
+            {.id = 0, .name = "GameStart", .title = "Game started"},
+            champKill(1, blue, "Ashen Kite", "Kayn", "Gilded Moth", "LeeSin", Local::kill, "FirstBlood"),
+            champKill(2, red, "Iron Wren", "Kaisa", "Brine Sparrow", "Ahri"),
+            champKill(3, red, "Gilded Moth", "LeeSin", "Ashen Kite", "Kayn", Local::death),
+            champKill(4, blue, "Brine Sparrow", "Ahri", "Iron Wren", "Kaisa", Local::assist),
+        });
 }
 
 TEST(convertEvents, ReplayingTheClassicFeedWithItsIDsKnownYieldsNothing) {

@@ -21,13 +21,4 @@ LiveEvent liveEvent(std::int64_t id, std::string name, double timeSeconds) {
     return row;
 }
 
-RecordingScoreboardPlayer scoreboardPlayer(std::string summonerName, std::string championName,
-                                           std::string team) {
-    RecordingScoreboardPlayer player;
-    player.summonerName = std::move(summonerName);
-    player.championName = std::move(championName);
-    player.team = std::move(team);
-    return player;
-}
-
 }  // namespace kestrum::test

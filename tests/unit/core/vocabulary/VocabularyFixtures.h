@@ -2,6 +2,7 @@
 
 #include "core/telemetry/LiveGamePayloads.h"
 #include "core/telemetry/RecordingScoreboardPlayer.h"
+#include "support/ScoreboardPlayerRow.h"
 
 #include <optional>
 #include <string>
@@ -14,9 +15,5 @@ std::string vocabularyFixture(const char* fileName);
 
 // A feed row with the fields every row has; tests set the optional ones they need.
 LiveEvent liveEvent(std::int64_t id, std::string name, double timeSeconds);
-
-// A scoreboard player with the required fields a conversion reads; everything else at its default.
-RecordingScoreboardPlayer scoreboardPlayer(std::string summonerName, std::string championName,
-                                           std::string team);
 
 }  // namespace kestrum::test

@@ -9,19 +9,23 @@
 
 namespace kestrum::test {
 
-// Keeps the capture log's lines for one test, as the capture log words them.
+// Makes a fake system log the capture log's system sink for one test, and gives what it received in the
+// order of the calls. Header only, so that only the test programs that use it link the capture log and
+// the fakes.
 class CapturedLog {
   public:
-    CapturedLog() { installCaptureSystemLog(log_); }
+    CapturedLog() { installCaptureSystemLog(sink); }
     ~CapturedLog() {
         installCaptureSystemLog(nullptr);
         waitForCaptureLogWrites();
     }
+    CapturedLog(const CapturedLog&) = delete;
+    CapturedLog& operator=(const CapturedLog&) = delete;
 
+    // The messages as the capture log words them: the sink's "❌ " in front of errors is taken off.
     QStringList lines() const {
         QStringList messages;
-        // The system sink puts "❌ " in front of errors.
-        for (const auto& line : log_->lines()) {
+        for (const auto& line : sink->lines()) {
             messages << QString(line.message).remove(0, line.level == SystemLog::Level::Error ? 2 : 0);
         }
         return messages;
@@ -32,8 +36,7 @@ class CapturedLog {
         return count;
     }
 
-  private:
-    std::shared_ptr<FakeSystemLog> log_ = std::make_shared<FakeSystemLog>();
+    const std::shared_ptr<FakeSystemLog> sink = std::make_shared<FakeSystemLog>();
 };
 
 }  // namespace kestrum::test
