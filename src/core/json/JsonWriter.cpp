@@ -137,4 +137,18 @@ bool JsonWriter::writeString(std::string_view utf8) {
     return true;
 }
 
+bool isWellFormedUtf8(std::string_view text) {
+    std::size_t i = 0;
+    while (i < text.size()) {
+        if (static_cast<unsigned char>(text[i]) < 0x80) {
+            ++i;
+            continue;
+        }
+        const std::size_t length = utf8SequenceLength(text.substr(i));
+        if (length == 0) return false;
+        i += length;
+    }
+    return true;
+}
+
 }  // namespace kestrum::json

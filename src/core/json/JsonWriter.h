@@ -7,6 +7,11 @@
 
 namespace kestrum::json {
 
+// Whether `text` is well-formed UTF-8 by the same rule the writer applies (no overlong forms, no
+// surrogates, nothing above U+10FFFF). The reader applies it to every decoded string, because the
+// parser lets an escaped lone surrogate such as "\udc00" through as bytes no writer may emit.
+bool isWellFormedUtf8(std::string_view text);
+
 // Appends compact JSON text to one growing buffer: no whitespace, integers without a fraction,
 // doubles in their shortest round-trip form, strings escaped as a standard encoder does with only the
 // sorted-keys option set (`"`, `\` and `/` escaped, control characters as \b \f \n \r \t or \u00xx,

@@ -71,7 +71,9 @@ bool ValueCodec<bool>::write(JsonWriter& writer, bool value, JsonFailure&) {
 
 bool ValueCodec<std::string>::read(const rapidjson::Value& value, std::string& out, JsonFailure& failure) {
     if (!value.IsString()) return failure.fail(unexpectedKind("a string", value));
-    out.assign(value.GetString(), value.GetStringLength());
+    const std::string_view text(value.GetString(), value.GetStringLength());
+    if (!isWellFormedUtf8(text)) return failure.fail("text is not valid UTF-8");
+    out.assign(text);
     return true;
 }
 

@@ -170,6 +170,8 @@ std::vector<FailureCase> textFailureCases() {
         {"root null", "null", "(root): expected an object, found null"},
         {"invalid UTF-8", R"({"events":[],"title":")" + std::string("\xc3\x28") + R"("})",
          "invalid JSON at byte offset"},
+        {"escaped lone low surrogate", R"({"events":[{"id":0,"name":"\udc00","videoTime":0}]})",
+         "events[0].name: text is not valid UTF-8"},
         {"truncated", example.substr(0, example.size() / 2), "invalid JSON at byte offset"},
         {"one brace short", example.substr(0, example.size() - 1), "invalid JSON at byte offset"},
         {"empty", "", "invalid JSON at byte offset 0"},
