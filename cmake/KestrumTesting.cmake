@@ -1,13 +1,18 @@
 include(GoogleTest)
 find_package(GTest REQUIRED)
 
-# kestrum_add_gtest(<target> PREFIX <layer.module.> LABEL <unit|integration|e2e> SOURCES ... [LIBS ...])
+# kestrum_add_gtest(<target> PREFIX <layer.module.> LABEL <unit|integration|e2e> [GUI] SOURCES ... [LIBS ...])
 # Builds one GoogleTest program for a module and registers each of its cases with CTest under the
-# module's prefix, so that `ctest -R core.telemetry` or `ctest -L unit` select them.
+# module's prefix, so that `ctest -R core.telemetry` or `ctest -L unit` select them. GUI programs run
+# under a QGuiApplication (offscreen unless QT_QPA_PLATFORM says otherwise).
 function(kestrum_add_gtest target)
-    cmake_parse_arguments(ARG "" "PREFIX;LABEL" "SOURCES;LIBS" ${ARGN})
+    cmake_parse_arguments(ARG "GUI" "PREFIX;LABEL" "SOURCES;LIBS" ${ARGN})
     add_executable(${target} ${ARG_SOURCES})
-    target_link_libraries(${target} PRIVATE kestrum-test-support ${ARG_LIBS})
+    if(ARG_GUI)
+        target_link_libraries(${target} PRIVATE kestrum-test-support-gui ${ARG_LIBS})
+    else()
+        target_link_libraries(${target} PRIVATE kestrum-test-support ${ARG_LIBS})
+    endif()
     gtest_discover_tests(${target}
         TEST_PREFIX "${ARG_PREFIX}"
         PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 300

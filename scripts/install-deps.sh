@@ -21,7 +21,7 @@ packages=(
   # tests and benchmarks
   libgtest-dev libgmock-dev libbenchmark-dev
   # the real components that tests start: X server, sound server, TLS, an independent movie reader
-  xvfb xauth pulseaudio pulseaudio-utils ffmpeg xdotool openssl x11-utils fonts-dejavu-core
+  xvfb xauth openbox pulseaudio pulseaudio-utils ffmpeg xdotool openssl x11-utils fonts-dejavu-core
 )
 
 missing=()

@@ -2,6 +2,7 @@
 
 #include "core/log/CaptureLog.h"
 #include "platform/fake/FakeSystemLog.h"
+#include "support/QtPrinters.h"
 
 #include <QStringList>
 

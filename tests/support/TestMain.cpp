@@ -1,8 +1,12 @@
-// The main of every core test program: a private home, then a Qt event loop for coroutines, then
-// GoogleTest.
+// The main of every test program: a private home, then a Qt event loop for coroutines, then GoogleTest.
+// Built twice: the GUI variant (KESTRUM_TEST_GUI) makes a QGuiApplication on the offscreen platform
+// unless a display is asked for, for tests that draw text or images.
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#ifdef KESTRUM_TEST_GUI
+#include <QGuiApplication>
+#endif
 #include <QDir>
 #include <QTemporaryDir>
 
@@ -30,7 +34,12 @@ int main(int argc, char** argv) {
     QTemporaryDir home(QDir::tempPath() + QStringLiteral("/kestrum-test-XXXXXX"));
     if (!home.isValid()) return 2;
     useTemporaryHome(home);
+#ifdef KESTRUM_TEST_GUI
+    setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    QGuiApplication application(argc, argv);
+#else
     QCoreApplication application(argc, argv);
+#endif
     QCoreApplication::setOrganizationName(QStringLiteral("Kestrum"));
     QCoreApplication::setApplicationName(QStringLiteral("Kestrum"));
     testing::InitGoogleTest(&argc, argv);

@@ -1,14 +1,9 @@
 #pragma once
 
+#include "support/QtPrinters.h"
+
 #include <QString>
 #include <QStringList>
-
-#include <ostream>
-
-// Lets GoogleTest print a QString as its text in failure messages (found by argument-dependent lookup).
-inline void PrintTo(const QString& text, std::ostream* out) {
-    *out << '"' << text.toStdString() << '"';
-}
 
 namespace kestrum::test {
 

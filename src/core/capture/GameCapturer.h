@@ -1,0 +1,136 @@
+#pragma once
+
+#include "core/async/CancellationToken.h"
+#include "core/async/Clock.h"
+#include "core/async/SerialQueue.h"
+#include "core/capture/LeagueGameFocusMonitor.h"
+#include "core/capture/RecordingCaptureSettings.h"
+#include "core/capture/audio/RecordingAudioDynamicsProcessor.h"
+#include "core/capture/privacy/RecordingPrivacyFrameRenderer.h"
+#include "core/recording/RecordingCapturer.h"
+#include "core/recording/RecordingSavePath.h"
+#include "core/settings/UserDefaults.h"
+#include "media/MovieWriterFactory.h"
+#include "platform/ports/AudioStream.h"
+#include "platform/ports/MicrophoneAccess.h"
+#include "platform/ports/ScreenCaptureAccess.h"
+#include "platform/ports/ShareableContent.h"
+#include "platform/ports/WindowStream.h"
+#include "platform/ports/Workspace.h"
+
+#include <memory>
+#include <optional>
+
+namespace kestrum {
+
+struct RecordingCaptureSetup;
+
+// What the capturer reaches the world through. All must outlive the capturer.
+struct GameCapturerEnvironment {
+    Workspace& workspace;
+    ShareableContent& shareableContent;
+    WindowStreamFactory& windowStreams;
+    AudioStreamFactory& audioStreams;
+    const ScreenCaptureAccess& screenCaptureAccess;
+    const MicrophoneAccess& microphoneAccess;
+    MovieWriterFactory& movieWriters;
+    RecordingSavePath& savePath;
+    const UserDefaults& defaults;
+    Clock& clock;
+    // Where in-progress movies are written (RecordingSavePath::inProgressFolderPath() in the product).
+    QString inProgressFolder;
+};
+
+// The capture pipeline of one game at a time: finds the game's window, streams it into a movie on one
+// monotonic host-clock timeline, replaces the picture with the privacy screen while the game is not in
+// front, records the system sound and microphone on their own tracks, and hands the finished movie to
+// the save path.
+//
+// Threads. The main thread runs `startCapture`, `finishCapture` and the focus notices. `writeQueue`
+// ("com.kestrum.capture.queue") runs every sample, the focus changes and the privacy-frame timer, and
+// alone touches the fields marked "writeQueue" below. The writer, its inputs and the volumes are set on
+// the main thread before a stream starts, and cleared only inside a synchronous block on `writeQueue`
+// after the streams stopped: those blocks are the handovers, and no lock is used.
+class GameCapturer final : public RecordingCapturer, private CaptureStreamOutput {
+  public:
+    explicit GameCapturer(GameCapturerEnvironment environment);
+    ~GameCapturer() override;
+    GameCapturer(const GameCapturer&) = delete;
+    GameCapturer& operator=(const GameCapturer&) = delete;
+
+    QCoro::Task<std::optional<ReferenceDate>> startCapture() override;
+    QCoro::Task<void> finishCapture(std::optional<RecordingMetadata> metadata,
+                                    std::vector<RecordingEvent> events,
+                                    std::vector<RecordingScoreboardSnapshot> scoreboard) override;
+
+    // Forgets the running capture; deletes the in-progress file when `removeFile`. Main thread.
+    void resetCaptureState(bool removeFile);
+
+    // The serial queue of all capture work, for tests that need to wait for what it already holds.
+    SerialQueue& writeQueue() { return writeQueue_; }
+
+  private:
+    void didOutputSample(CaptureSample& sample, CaptureOutputType type) override;
+
+    // Main thread: the steps of the start.
+    QCoro::Task<std::optional<ReferenceDate>> startWithSetup(RecordingCaptureSetup setup,
+                                                             const RecordingCaptureSettings& settings);
+    std::optional<ReferenceDate> failInitialization(const QString& description);
+    QCoro::Task<Status> startVideoStream(const RecordingCaptureSetup& setup);
+    void startFocusTracking();
+    void stopFocusTracking();
+    QCoro::Task<std::optional<ReferenceDate>> waitForFirstVideoFrameDate();
+
+    // Main thread: the audio stream; failures are logged and never stop the recording.
+    QCoro::Task<void> startAudioCapture(const ShareableWindow& window, bool systemAudio, bool microphone);
+    Result<std::unique_ptr<AudioStream>> makeAudioStream(const ShareableWindow& window, bool systemAudio,
+                                                         bool microphone);
+
+    // writeQueue: the samples and the privacy screen.
+    void handleScreenSample(const CaptureSample& sample);
+    void handleSystemAudioSample(CaptureSample& sample);
+    void handleMicrophoneSample(CaptureSample& sample);
+    void handleFocusChange(bool focused);
+    void startUnfocusedFrameTimer();
+    void appendUnfocusedFrame();
+
+    // Main thread: the end of a capture.
+    QCoro::Task<void> stopStreams();
+
+    GameCapturerEnvironment environment_;
+    CancellationToken lifetimeToken_;  // cancels the window search when the capturer goes away
+
+    // Main thread.
+    std::unique_ptr<WindowStream> stream_;
+    std::unique_ptr<AudioStream> audioStream_;
+    std::optional<qint32> gameProcessID_;
+    std::optional<QString> tempPath_;
+    std::optional<ReferenceDate> recordingStartedAt_;
+    LeagueGameFocusMonitor focusMonitor_;
+
+    // Set on the main thread before the streams start; read on writeQueue (see the class comment).
+    std::unique_ptr<MovieWriter> assetWriter_;
+    std::shared_ptr<MovieWriterInput> videoInput_;
+    std::shared_ptr<MovieWriterInput> systemAudioInput_;
+    std::shared_ptr<MovieWriterInput> microphoneInput_;
+    double systemAudioVolume_ = 1.0;
+    double microphoneVolume_ = 1.0;
+
+    // writeQueue.
+    std::optional<SerialQueueTimer> unfocusedFrameTimer_;
+    std::shared_ptr<const PixelBuffer> lastSeenFrame_;
+    bool isGameFocused_ = true;
+    bool isSessionStarted_ = false;
+    bool isStopping_ = false;
+    HostTimeNs lastVideoSampleTimeNs_ = 0;
+    std::optional<ReferenceDate> firstVideoFrameDate_;
+    RecordingPrivacyFrameRenderer privacyFrameRenderer_;
+    RecordingAudioDynamicsProcessor systemAudioProcessor_;
+    RecordingAudioDynamicsProcessor microphoneAudioProcessor_;
+
+    // Last member, so it is destroyed first: its destruction runs what it still holds while every field
+    // above is alive, then joins its thread.
+    SerialQueue writeQueue_{QStringLiteral("com.kestrum.capture.queue")};
+};
+
+}  // namespace kestrum
