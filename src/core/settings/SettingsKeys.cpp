@@ -30,6 +30,8 @@ const std::vector<SettingsKeyEntry>& settingsKeyTable() {
         {Keys::playbackVolume, Type::Double, UserDefaultsValue(1.0)},
         {Keys::playbackMuted, Type::Boolean, UserDefaultsValue(false)},
         {Keys::dataDragonAssetVersion, Type::String, std::nullopt},
+        {Keys::dataDragonBaseAddress, Type::String,
+         UserDefaultsValue(QStringLiteral("https://ddragon.leagueoflegends.com"))},
     };
     return *table;
 }

@@ -35,6 +35,8 @@ inline constexpr QLatin1String recordingChampionFilter("recordingChampionFilter"
 inline constexpr QLatin1String playbackVolume("playbackVolume");
 inline constexpr QLatin1String playbackMuted("playbackMuted");
 inline constexpr QLatin1String dataDragonAssetVersion("DataDragonAssetVersion");
+// The Data Dragon CDN's address (scheme, host and any path prefix); the asset store appends its paths.
+inline constexpr QLatin1String dataDragonBaseAddress("DataDragonBaseAddress");
 }  // namespace SettingsKeys
 
 // One row of the table of all keys: the key, the type it is stored with, and the value that applies

@@ -32,6 +32,7 @@ TEST(settingsKeyTable, HoldsEveryKeyOnceWithItsTypeAndADefaultOfThatType) {
         {"playbackVolume", Type::Double},
         {"playbackMuted", Type::Boolean},
         {"DataDragonAssetVersion", Type::String},
+        {"DataDragonBaseAddress", Type::String},
     };
     const std::vector<kestrum::SettingsKeyEntry>& table = kestrum::settingsKeyTable();
     ASSERT_EQ(table.size(), expected.size());

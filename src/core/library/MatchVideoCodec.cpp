@@ -1,0 +1,89 @@
+#include "core/library/MatchVideoCodec.h"
+
+#include "core/json/JsonDocument.h"
+#include "core/json/JsonValueKind.h"
+
+#include <QUrl>
+
+namespace kestrum::json {
+
+namespace {
+
+// The movie's path travels as a file URL, fully percent-encoded ("file:///a/My%20Game.mov"), as a
+// platform URL's absolute string is. Anything that is not a local file URL (a web address, a bare path,
+// an empty string) fails the document: an entry whose movie cannot be named is no entry.
+bool readFileUrl(const rapidjson::Value& value, void* record, JsonFailure& failure) {
+    if (!value.IsString()) return failure.fail(unexpectedKind("a file URL string", value));
+    const QUrl url(QString::fromUtf8(value.GetString(), static_cast<qsizetype>(value.GetStringLength())),
+                   QUrl::TolerantMode);
+    if (!url.isValid() || !url.isLocalFile() || url.toLocalFile().isEmpty()) {
+        return failure.fail("not a local file URL");
+    }
+    static_cast<MatchVideo*>(record)->url = url.toLocalFile();
+    return true;
+}
+
+bool writeFileUrl(JsonWriter& writer, const void* record, JsonFailure& failure) {
+    const QString& path = static_cast<const MatchVideo*>(record)->url;
+    if (path.isEmpty()) return failure.fail("an entry has no movie path");
+    const QByteArray text = QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded).toUtf8();
+    if (writer.writeString(std::string_view(text.constData(), static_cast<std::size_t>(text.size())))) {
+        return true;
+    }
+    return failure.fail("text is not valid UTF-8");
+}
+
+bool urlIsPresent(const void*) {
+    return true;
+}
+
+constexpr Field<MatchVideo> urlField{{"url", Presence::required, &readFileUrl, &urlIsPresent, &writeFileUrl}};
+
+}  // namespace
+
+template <>
+struct FieldTable<MatchVideo> {
+    using R = MatchVideo;
+    static constexpr auto fields = fieldTable<R>(
+        optionalField<&R::champion>("champion"), optionalField<&R::championAssetName>("championAssetName"),
+        requiredField<&R::date>("date"), optionalField<&R::didWin>("didWin"),
+        optionalField<&R::finalAssists>("finalAssists"),
+        optionalField<&R::finalCreepScore>("finalCreepScore"), optionalField<&R::finalDeaths>("finalDeaths"),
+        optionalField<&R::finalItemIDs>("finalItemIDs"), optionalField<&R::finalKills>("finalKills"),
+        optionalField<&R::gameDuration>("gameDuration"), optionalField<&R::gameMode>("gameMode"),
+        optionalField<&R::gameVersion>("gameVersion"),
+        optionalField<&R::killParticipation>("killParticipation"),
+        optionalField<&R::legendaryItemIDsInPurchaseOrder>("legendaryItemIDsInPurchaseOrder"),
+        optionalField<&R::mapID>("mapID"), optionalField<&R::matchTitle>("matchTitle"),
+        optionalField<&R::mediaKind>("mediaKind"), optionalField<&R::queueID>("queueID"),
+        optionalField<&R::role>("role"), urlField);
+};
+
+template <>
+struct FieldTable<LibraryCache> {
+    using R = LibraryCache;
+    static constexpr auto fields =
+        fieldTable<R>(requiredField<&R::folderPath>("folderPath"), requiredField<&R::matches>("matches"));
+};
+
+}  // namespace kestrum::json
+
+namespace kestrum {
+
+Result<MatchVideo> decodeMatchVideo(std::string_view bytes) {
+    return json::decodeDocument<MatchVideo>(bytes);
+}
+
+Result<std::string> encodeMatchVideo(const MatchVideo& video) {
+    return json::encodeDocument(video, 1024);
+}
+
+Result<LibraryCache> decodeLibraryCache(std::string_view bytes) {
+    return json::decodeDocument<LibraryCache>(bytes);
+}
+
+Result<std::string> encodeLibraryCache(const LibraryCache& cache) {
+    return json::encodeDocument(cache, 512 * (cache.matches.size() + 1));
+}
+
+}  // namespace kestrum
