@@ -106,15 +106,8 @@ command_bench() {
 }
 
 command_demo() {
-    cat >&2 <<'TEXT'
-demo: the recording path is not complete yet, so there is no game to record.
-Built and tested today: recording control, the session document and its store, the capture log and
-settings, the FFmpeg movie writer, and the client of the game's local service with its simulator.
-Still to come before the demo can run: the capture pipeline (window and sound into the movie) and the
-Linux platform adapters with the kestrum program itself. Run './kestrum.sh test' to see what works, or
-try the simulator and 'kestrum-telemetry collect' as the README shows.
-TEXT
-    return 1
+    install_dependencies
+    ./scripts/demo.sh "$@"
 }
 
 case "${1:-}" in

@@ -7,7 +7,7 @@ packages=(
   # build
   cmake ninja-build ccache g++ pkg-config clang-14 libclang-rt-14-dev clang-format
   # Qt 6 and coroutines on its event loop
-  qt6-base-dev qt6-base-dev-tools libqt6svg6-dev libqt6opengl6-dev qt6-qpa-plugins libgl-dev
+  qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6opengl6-dev qt6-qpa-plugins libgl-dev
   qcoro-qt6-dev
   # movies and playback
   libavformat-dev libavcodec-dev libswscale-dev libswresample-dev libavutil-dev libmpv-dev

@@ -65,11 +65,11 @@ bool XvfbServer::start(int width, int height) {
         close(readEnd);
         dup2(writeEnd, 3);
     });
-    server_->start(
-        QStringLiteral("Xvfb"),
-        {QStringLiteral("-displayfd"), QStringLiteral("3"), QStringLiteral("-screen"), QStringLiteral("0"),
-         QStringLiteral("%1x%2x24").arg(width).arg(height), QStringLiteral("-nolisten"),
-         QStringLiteral("tcp"), QStringLiteral("+extension"), QStringLiteral("Composite")});
+    server_->start(QStringLiteral("Xvfb"),
+                   {QStringLiteral("-displayfd"), QStringLiteral("3"), QStringLiteral("-screen"),
+                    QStringLiteral("0"), QStringLiteral("%1x%2x24").arg(width).arg(height),
+                    QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-noreset"),
+                    QStringLiteral("+extension"), QStringLiteral("Composite")});
     close(pipeEnds[1]);
     QByteArray number;
     char byte = 0;
@@ -107,6 +107,8 @@ bool XvfbServer::startWindowManager() {
         },
         10000);
     if (!managed) failure_ = QStringLiteral("openbox did not manage the screen");
+    // The manager publishes its check window a moment before it adopts new windows.
+    QThread::msleep(300);
     return managed;
 }
 

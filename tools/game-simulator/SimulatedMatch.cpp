@@ -2,25 +2,10 @@
 
 #include "ServiceAnswers.h"
 
-#include <algorithm>
-#include <cmath>
-
 namespace kestrum::simulator {
 
-SimulatedMatch::SimulatedMatch(MatchScript script, double speed) : script_(std::move(script)), speed_(speed) {
-    sinceStart_.start();
-}
-
-qint64 SimulatedMatch::clockStartDelayMs() const {
-    return static_cast<qint64>(std::llround(script_.loadingSeconds / speed_ * 1000.0));
-}
-
-std::optional<double> SimulatedMatch::gameTime() const {
-    const double realSeconds = static_cast<double>(sinceStart_.nsecsElapsed()) / 1e9;
-    const double time = (realSeconds * speed_) - script_.loadingSeconds;
-    if (time < 0) return std::nullopt;
-    return std::min(time, script_.durationSeconds);
-}
+SimulatedMatch::SimulatedMatch(MatchScript script, const GameClock& clock)
+    : script_(std::move(script)), clock_(clock) {}
 
 QJsonArray SimulatedMatch::playerList(double time) const {
     QJsonArray rows;
@@ -69,7 +54,7 @@ SimulatorAnswer SimulatedMatch::answer(const QString& path) {
         return ServiceAnswers::json(
             QJsonObject{{QStringLiteral("fov"), 50.0}, {QStringLiteral("interfaceAll"), true}});
     }
-    const std::optional<double> time = gameTime();
+    const std::optional<double> time = clock_.gameTime();
     if (!time) return ServiceAnswers::notFound(path);
     const QString word = ServiceAnswers::endpointWord(path);
     if (!path.startsWith(QLatin1String("/liveclientdata/"))) return ServiceAnswers::notFound(path);

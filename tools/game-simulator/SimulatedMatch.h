@@ -1,38 +1,29 @@
 #pragma once
 
 #include "AnswerSource.h"
+#include "GameClock.h"
 #include "MatchScript.h"
-
-#include <QElapsedTimer>
-
-#include <optional>
 
 namespace kestrum::simulator {
 
-// The local service of a scripted match. The game loads for `loadingSeconds`, then its clock runs from
-// 0 to `durationSeconds` and stops there (the end screen); `speed` scales both against real time.
-// While loading, the data paths answer 404 as a loading game does. /replay/game answers 200 only for a
-// replay script. Main thread.
+// The local service of a scripted match, on the game clock that the window and the tone share (made from
+// the script's `loadingSeconds` and `durationSeconds`; it outlives the match). While loading, the data
+// paths answer 404 as a loading game does; after the end the clock stands still (the end screen).
+// /replay/game answers 200 only for a replay script. Main thread.
 class SimulatedMatch final : public AnswerSource {
   public:
-    SimulatedMatch(MatchScript script, double speed);
+    SimulatedMatch(MatchScript script, const GameClock& clock);
 
     SimulatorAnswer answer(const QString& path) override;
 
-    // Real milliseconds from the simulator's start until the game clock reads 0.
-    qint64 clockStartDelayMs() const;
-
   private:
-    // The game clock now; absent while loading.
-    std::optional<double> gameTime() const;
     QJsonArray playerList(double time) const;
     QJsonArray eventFeed(double time) const;
     QJsonObject allGameData(double time) const;
     QJsonObject activePlayerRow(double time) const;
 
     MatchScript script_;
-    double speed_;
-    QElapsedTimer sinceStart_;
+    const GameClock& clock_;
 };
 
 }  // namespace kestrum::simulator

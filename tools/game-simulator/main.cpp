@@ -1,22 +1,40 @@
-// kestrum-game-simulator: a stand-in for the game's local HTTPS data service, driven by a match script
-// or by saved answers of a real game, with switches for the service's faults.
+// kestrum-game-simulator: a stand-in for the game. By default it is the game itself: a window that shows
+// the game clock in a stripe, a tone at every game second, and the local HTTPS data service, driven by a
+// match script or by saved answers of a real game, with switches for the service's faults; a scripted game
+// ends a few seconds after its clock stops. With --client it is only the League client's process.
+// run-game.sh, beside the binary, starts it under the process name of the game or of the client.
 #include "CapturedMatch.h"
 #include "FaultSchedule.h"
+#include "GameClock.h"
+#include "GameWindow.h"
 #include "SimulatedMatch.h"
 #include "SimulatorServer.h"
 #include "TlsIdentity.h"
+#include "TonePlayer.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QGuiApplication>
+#include <QRegularExpression>
 #include <QTimer>
 
 #include <atomic>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
+#include <limits>
 #include <memory>
 
 namespace {
+
+using namespace kestrum::simulator;
+
+// After a scripted game's clock stops, the end state is served this long (real time) before the
+// simulator exits, so that a client polling a few times a second still reads it.
+constexpr int kEndGraceMs = 4000;
+// The clock stripe needs cells of at least 2 pixels: 80 cells a width.
+constexpr int kSmallestWindowSide = 160;
 
 std::atomic<bool> quitRequested{false};
 
@@ -46,8 +64,8 @@ int fail(const QString& message) {
 }
 
 void addOptions(QCommandLineParser& parser) {
-    parser.setApplicationDescription(
-        QStringLiteral("Serves the game's local data service on 127.0.0.1 over HTTPS."));
+    parser.setApplicationDescription(QStringLiteral(
+        "Plays the game: its window, its sound and its local data service on 127.0.0.1 over HTTPS."));
     parser.addHelpOption();
     parser.addOptions({
         {QStringLiteral("script"), QStringLiteral("Match script (JSON) to play."), QStringLiteral("file")},
@@ -64,54 +82,168 @@ void addOptions(QCommandLineParser& parser) {
         {QStringLiteral("certificate"), QStringLiteral("PEM certificate chain to serve."),
          QStringLiteral("file")},
         {QStringLiteral("key"), QStringLiteral("PEM RSA key of the certificate."), QStringLiteral("file")},
+        {QStringLiteral("window-size"), QStringLiteral("Size of the game window (default 1280x720)."),
+         QStringLiteral("WxH"), QStringLiteral("1280x720")},
+        {QStringLiteral("no-window"), QStringLiteral("Serve the data service only, with no window.")},
+        {QStringLiteral("no-sound"), QStringLiteral("Play no tone.")},
+        {QStringLiteral("client"), QStringLiteral("Be the League client only: no window, no service.")},
     });
+}
+
+bool hasSwitch(int argc, char** argv, const char* name) {
+    for (int index = 1; index < argc; ++index) {
+        if (std::strcmp(argv[index], name) == 0) return true;
+    }
+    return false;
+}
+
+// The window is an X11 window (the recorder captures X11 and XWayland windows); without a display the
+// game runs without one.
+bool useX11Display() {
+    if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) return true;
+    if (qEnvironmentVariableIsEmpty("DISPLAY")) return false;
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    return true;
+}
+
+std::optional<QSize> parseWindowSize(const QString& text) {
+    static const QRegularExpression form(QStringLiteral("^(\\d{1,5})x(\\d{1,5})$"));
+    const QRegularExpressionMatch match = form.match(text);
+    if (!match.hasMatch()) return std::nullopt;
+    const QSize size(match.captured(1).toInt(), match.captured(2).toInt());
+    if (size.width() < kSmallestWindowSide || size.height() < kSmallestWindowSide) return std::nullopt;
+    return size;
+}
+
+struct GameOptions {
+    quint16 port = 2999;
+    double speed = 1;
+    FaultSchedule faults;
+    QSslConfiguration tls;
+    QSize windowSize;
+};
+
+std::optional<GameOptions> readGameOptions(const QCommandLineParser& parser, QString* error) {
+    bool portOk = false;
+    bool speedOk = false;
+    const uint port = parser.value(QStringLiteral("port")).toUInt(&portOk);
+    const double speed = parser.value(QStringLiteral("speed")).toDouble(&speedOk);
+    if (!portOk || port > 65535 || !speedOk || speed <= 0) {
+        *error = QStringLiteral("bad --port or --speed");
+        return std::nullopt;
+    }
+    const std::optional<QSize> windowSize = parseWindowSize(parser.value(QStringLiteral("window-size")));
+    if (!windowSize) {
+        *error =
+            QStringLiteral("bad --window-size: give WxH, each side at least %1").arg(kSmallestWindowSide);
+        return std::nullopt;
+    }
+    auto faults = FaultSchedule::parse(parser.values(QStringLiteral("fault")), error);
+    if (!faults) return std::nullopt;
+    auto tls = parser.isSet(QStringLiteral("certificate"))
+                   ? TlsIdentity::fromFiles(parser.value(QStringLiteral("certificate")),
+                                            parser.value(QStringLiteral("key")), error)
+                   : TlsIdentity::selfSigned(error);
+    if (!tls) return std::nullopt;
+    return GameOptions{static_cast<quint16>(port), speed, std::move(*faults), std::move(*tls), *windowSize};
+}
+
+// The clock and the answers of the game that the options name. Saved answers have no clock of their own:
+// their window counts from the start, with no loading and no end.
+bool makeGame(const QCommandLineParser& parser, double speed, std::unique_ptr<GameClock>& clock,
+              std::unique_ptr<AnswerSource>& source, QString* error) {
+    if (parser.isSet(QStringLiteral("captures"))) {
+        clock = std::make_unique<GameClock>(0, std::numeric_limits<double>::infinity(), speed);
+        source = std::make_unique<CapturedMatch>(QDir(parser.value(QStringLiteral("captures"))),
+                                                 parser.isSet(QStringLiteral("replay")));
+        return true;
+    }
+    if (!parser.isSet(QStringLiteral("script"))) {
+        *error = QStringLiteral("give --script FILE or --captures DIR");
+        return false;
+    }
+    auto script = MatchScript::load(parser.value(QStringLiteral("script")), error);
+    if (!script) return false;
+    clock = std::make_unique<GameClock>(script->loadingSeconds, script->durationSeconds, speed);
+    source = std::make_unique<SimulatedMatch>(std::move(*script), *clock);
+    return true;
+}
+
+std::unique_ptr<TonePlayer> startTone(const GameClock& clock) {
+    QString reason;
+    auto tone = TonePlayer::start(clock, &reason);
+    printLine(tone ? QStringLiteral("a %1 Hz tone plays at every game second").arg(TonePlayer::kToneHz)
+                   : QStringLiteral("no sound server (%1): the game plays no sound").arg(reason));
+    return tone;
+}
+
+void quitAfterTheEnd(const GameClock& clock) {
+    const std::optional<qint64> endNs = clock.endElapsedNs();
+    if (!endNs) return;
+    const qint64 delayMs = std::max<qint64>(*endNs - clock.elapsedNs(), 0) / 1'000'000 + kEndGraceMs;
+    QTimer::singleShot(std::chrono::milliseconds(delayMs), QCoreApplication::instance(), [] {
+        printLine(QStringLiteral("the game is over"));
+        QCoreApplication::quit();
+    });
+}
+
+int runGame(QCoreApplication& application, const QCommandLineParser& parser, bool showWindow) {
+    QString error;
+    const std::optional<GameOptions> options = readGameOptions(parser, &error);
+    if (!options) return fail(error);
+    std::unique_ptr<GameClock> clock;
+    std::unique_ptr<AnswerSource> source;
+    if (!makeGame(parser, options->speed, clock, source, &error)) return fail(error);
+
+    const qint64 startedAtMs = QDateTime::currentMSecsSinceEpoch();
+    SimulatorServer server(*source, options->faults, options->tls, options->port);
+    if (!server.start(&error)) {
+        return fail(QStringLiteral("cannot listen on 127.0.0.1:%1: %2").arg(options->port).arg(error));
+    }
+    printLine(QStringLiteral("listening on 127.0.0.1:%1").arg(server.port()));
+    printLine(QStringLiteral("game clock starts at %1").arg(startedAtMs + clock->clockStartDelayMs()));
+
+    std::unique_ptr<GameWindow> window;
+    if (showWindow) {
+        window = std::make_unique<GameWindow>(*clock, options->windowSize);
+        window->show();
+        printLine(QStringLiteral("window \"%1\" shown at %2x%3")
+                      .arg(QString::fromLatin1(GameWindow::kTitle))
+                      .arg(options->windowSize.width())
+                      .arg(options->windowSize.height()));
+    } else if (!parser.isSet(QStringLiteral("no-window"))) {
+        printLine(QStringLiteral("no display: the game runs without a window"));
+    }
+    const std::unique_ptr<TonePlayer> tone =
+        parser.isSet(QStringLiteral("no-sound")) ? nullptr : startTone(*clock);
+    quitAfterTheEnd(*clock);
+    const int status = application.exec();
+    if (window) {
+        printLine(QStringLiteral("painted %1 frames in %2 s")
+                      .arg(window->framesPainted())
+                      .arg(window->secondsShown(), 0, 'f', 1));
+    }
+    return status;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    using namespace kestrum::simulator;
-    QCoreApplication application(argc, argv);
+    const bool client = hasSwitch(argc, argv, "--client");
+    const bool showWindow = !client && !hasSwitch(argc, argv, "--no-window") && useX11Display();
+    std::unique_ptr<QCoreApplication> application;
+    if (showWindow) {
+        application = std::make_unique<QGuiApplication>(argc, argv);
+    } else {
+        application = std::make_unique<QCoreApplication>(argc, argv);
+    }
     QCommandLineParser parser;
     addOptions(parser);
-    parser.process(application);
-
-    QString error;
-    bool portOk = false;
-    bool speedOk = false;
-    const uint port = parser.value(QStringLiteral("port")).toUInt(&portOk);
-    const double speed = parser.value(QStringLiteral("speed")).toDouble(&speedOk);
-    if (!portOk || port > 65535 || !speedOk || speed <= 0)
-        return fail(QStringLiteral("bad --port or --speed"));
-    const auto faults = FaultSchedule::parse(parser.values(QStringLiteral("fault")), &error);
-    if (!faults) return fail(error);
-    const auto tls = parser.isSet(QStringLiteral("certificate"))
-                         ? TlsIdentity::fromFiles(parser.value(QStringLiteral("certificate")),
-                                                  parser.value(QStringLiteral("key")), &error)
-                         : TlsIdentity::selfSigned(&error);
-    if (!tls) return fail(error);
-
-    std::unique_ptr<AnswerSource> source;
-    qint64 clockStartDelayMs = 0;
-    if (parser.isSet(QStringLiteral("captures"))) {
-        source = std::make_unique<CapturedMatch>(QDir(parser.value(QStringLiteral("captures"))),
-                                                 parser.isSet(QStringLiteral("replay")));
-    } else if (parser.isSet(QStringLiteral("script"))) {
-        auto script = MatchScript::load(parser.value(QStringLiteral("script")), &error);
-        if (!script) return fail(error);
-        auto match = std::make_unique<SimulatedMatch>(std::move(*script), speed);
-        clockStartDelayMs = match->clockStartDelayMs();
-        source = std::move(match);
-    } else {
-        return fail(QStringLiteral("give --script FILE or --captures DIR"));
+    parser.process(*application);
+    quitOnTerminationSignals(*application);
+    if (client) {
+        printLine(QStringLiteral("the League client runs until SIGTERM"));
+        return application->exec();
     }
-
-    const qint64 startedAtMs = QDateTime::currentMSecsSinceEpoch();
-    SimulatorServer server(*source, *faults, *tls, static_cast<quint16>(port));
-    if (!server.start(&error))
-        return fail(QStringLiteral("cannot listen on 127.0.0.1:%1: %2").arg(port).arg(error));
-    quitOnTerminationSignals(application);
-    printLine(QStringLiteral("listening on 127.0.0.1:%1").arg(server.port()));
-    printLine(QStringLiteral("game clock starts at %1").arg(startedAtMs + clockStartDelayMs));
-    return application.exec();
+    return runGame(*application, parser, showWindow);
 }

@@ -1,8 +1,10 @@
 // kestrum-telemetry: the telemetry side of Kestrum from the command line. `convert` turns saved answers
 // of the game's local service into timeline rows; `collect` runs the collector against a running
-// service (the game, or kestrum-game-simulator) and prints the session document.
+// service (the game, or kestrum-game-simulator) and prints the session document; `events` lists the
+// rows of a saved session document.
 #include "CollectCommand.h"
 #include "ConvertCommand.h"
+#include "EventsCommand.h"
 #include "StderrSystemLog.h"
 
 #include "core/log/CaptureLog.h"
@@ -31,6 +33,8 @@ int main(int argc, char** argv) {
     int status = 2;
     if (command == QLatin1String("convert")) {
         status = kestrum::tools::runConvert(arguments);
+    } else if (command == QLatin1String("events")) {
+        status = kestrum::tools::runEvents(arguments);
     } else if (command == QLatin1String("collect")) {
         QTimer::singleShot(0, [arguments] { collectAndQuit(arguments); });
         status = application.exec();
@@ -39,7 +43,8 @@ int main(int argc, char** argv) {
                      "usage: kestrum-telemetry convert --eventdata F --playerlist F --activeplayername F "
                      "[--elapsed S --gametime S]\n"
                      "       kestrum-telemetry convert --allgamedata F [--elapsed S --gametime S]\n"
-                     "       kestrum-telemetry collect --seconds N [--port P]\n");
+                     "       kestrum-telemetry collect --seconds N [--port P]\n"
+                     "       kestrum-telemetry events FILE\n");
     }
     kestrum::installCaptureSystemLog(nullptr);
     kestrum::waitForCaptureLogWrites();

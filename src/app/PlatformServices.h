@@ -1,0 +1,44 @@
+#pragma once
+
+#include "media/MovieWriterFactory.h"
+#include "platform/ports/AudioStream.h"
+#include "platform/ports/FolderPicker.h"
+#include "platform/ports/MicrophoneAccess.h"
+#include "platform/ports/ScreenCaptureAccess.h"
+#include "platform/ports/SettingsOpener.h"
+#include "platform/ports/ShareableContent.h"
+#include "platform/ports/SystemLog.h"
+#include "platform/ports/WindowStream.h"
+#include "platform/ports/Workspace.h"
+
+#include <memory>
+
+namespace kestrum {
+
+// The adapters the application runs on: one of each port, made once at start and kept for the life of
+// the process. Main thread.
+struct PlatformServices {
+    std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<ShareableContent> shareableContent;
+    std::unique_ptr<WindowStreamFactory> windowStreams;
+    std::unique_ptr<AudioStreamFactory> audioStreams;
+    std::unique_ptr<ScreenCaptureAccess> screenCaptureAccess;
+    std::unique_ptr<MicrophoneAccess> microphoneAccess;
+    std::unique_ptr<SettingsOpener> settingsOpener;
+    std::unique_ptr<FolderPicker> folderPicker;
+    std::shared_ptr<SystemLog> systemLog;
+    std::unique_ptr<MovieWriterFactory> movieWriters;
+};
+
+// The Linux adapters: /proc and X11 for the desktop, XComposite for the window, PulseAudio for sound,
+// syslog, FFmpeg for movies.
+PlatformServices makeLinuxPlatformServices();
+
+// The scripted fakes, empty: nothing runs, nothing can be captured. The honest answer on a system the
+// application cannot capture, and what KESTRUM_PLATFORM=fake asks for.
+PlatformServices makeFakePlatformServices();
+
+// The services KESTRUM_PLATFORM asks for ("fake"), else the Linux ones.
+PlatformServices makePlatformServices();
+
+}  // namespace kestrum

@@ -1,0 +1,51 @@
+#include "app/RecordingSide.h"
+
+#include "core/log/CaptureLog.h"
+#include "core/settings/UserDefaults.h"
+
+namespace kestrum {
+
+namespace {
+
+GameCapturerEnvironment capturerEnvironment(PlatformServices& services, RecordingSavePath& savePath) {
+    return GameCapturerEnvironment{*services.workspace,
+                                   *services.shareableContent,
+                                   *services.windowStreams,
+                                   *services.audioStreams,
+                                   *services.screenCaptureAccess,
+                                   *services.microphoneAccess,
+                                   *services.movieWriters,
+                                   savePath,
+                                   UserDefaults::standard(),
+                                   Clock::system(),
+                                   RecordingSavePath::inProgressFolderPath()};
+}
+
+}  // namespace
+
+RecordingSide::RecordingSide(PlatformServices services)
+    : services_(std::move(services)),
+      folderStore_(UserDefaults::standard(), *services_.folderPicker),
+      permissions_(*services_.screenCaptureAccess, *services_.microphoneAccess, *services_.settingsOpener),
+      storageBudget_(folderStore_, UserDefaults::standard()),
+      savePath_(folderStore_),
+      capturer_(capturerEnvironment(services_, savePath_)) {
+    installCaptureSystemLog(services_.systemLog);
+    coordinator_ =
+        std::make_unique<RecordingCoordinator>(*services_.workspace, *services_.screenCaptureAccess,
+                                               capturer_, liveClient_, storageBudget_, Clock::system());
+}
+
+RecordingSide::~RecordingSide() {
+    coordinator_.reset();
+    installCaptureSystemLog(nullptr);
+    waitForCaptureLogWrites();
+}
+
+QCoro::Task<void> RecordingSide::prepareForTermination() {
+    auto prepared = coordinator_->prepareForTermination();
+    co_await std::move(prepared);
+    waitForCaptureLogWrites();
+}
+
+}  // namespace kestrum

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "app/PlatformServices.h"
+#include "core/capture/GameCapturer.h"
+#include "core/recording/RecordingCoordinator.h"
+#include "core/recording/RecordingFolderStore.h"
+#include "core/recording/RecordingPermissions.h"
+#include "core/recording/RecordingSavePath.h"
+#include "core/recording/RecordingStorageBudgetSource.h"
+#include "core/telemetry/live/LeagueLiveClient.h"
+
+#include <QCoroTask>
+
+#include <memory>
+
+namespace kestrum {
+
+// The recording side of the application, composed once: the folder store, the permissions, the live
+// client, the capturer and the coordinator, on the platform's adapters. Process-wide; main thread.
+// Members are declared in the order they depend on each other, so they are destroyed in reverse.
+class RecordingSide {
+  public:
+    explicit RecordingSide(PlatformServices services);
+    ~RecordingSide();
+    RecordingSide(const RecordingSide&) = delete;
+    RecordingSide& operator=(const RecordingSide&) = delete;
+
+    RecordingCoordinator& coordinator() { return *coordinator_; }
+    RecordingFolderStore& folderStore() { return folderStore_; }
+    RecordingPermissions& permissions() { return permissions_; }
+
+    // Finalises and saves an active recording; the application quits only after it.
+    QCoro::Task<void> prepareForTermination();
+
+  private:
+    PlatformServices services_;
+    RecordingFolderStore folderStore_;
+    RecordingPermissions permissions_;
+    RecordingStorageBudgetSource storageBudget_;
+    RecordingSavePath savePath_;
+    LeagueLiveClient liveClient_;
+    GameCapturer capturer_;
+    std::unique_ptr<RecordingCoordinator> coordinator_;
+};
+
+}  // namespace kestrum
