@@ -51,7 +51,14 @@ bool EndToEndRig::start() {
         failure_ = sound_.failure();
         return false;
     }
+    // The test programs share one home: earlier tests' recordings are not this run's.
+    moviesAtStart_ = QDir(recordingsFolder()).entryList({QStringLiteral("*.mov")}, QDir::Files);
+    // The programs draw on the private X server, whatever platform this test program itself uses.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    childEnvironment_ = environment;
     kestrum_ = std::make_unique<QProcess>();
+    kestrum_->setProcessEnvironment(childEnvironment_);
     kestrum_->setProcessChannelMode(QProcess::MergedChannels);
     QObject::connect(kestrum_.get(), &QProcess::readyReadStandardOutput, [this] { collectKestrumOutput(); });
     kestrum_->start(QStringLiteral(KESTRUM_BINARY_PATH), {});
@@ -73,13 +80,17 @@ void EndToEndRig::collectKestrumOutput() {
 
 bool EndToEndRig::startGame(const QString& script, const QStringList& extraArguments) {
     game_ = std::make_unique<QProcess>();
+    game_->setProcessEnvironment(childEnvironment_);
     game_->setProcessChannelMode(QProcess::MergedChannels);
+    QObject::connect(game_.get(), &QProcess::readyReadStandardOutput,
+                     [this] { gameOutput_ += QString::fromUtf8(game_->readAllStandardOutput()); });
     game_->start(QStringLiteral(KESTRUM_SIMULATOR_LAUNCHER),
                  QStringList{QStringLiteral("--script"), script} + extraArguments);
     return waitUntil(
         [&] {
-            return game_->state() == QProcess::Running && game_->canReadLine() &&
-                   game_->peek(4096).contains("listening on");
+            gameOutput_ += QString::fromUtf8(game_->readAllStandardOutput());
+            return game_->state() == QProcess::Running &&
+                   gameOutput_.contains(QStringLiteral("listening on"));
         },
         20000);
 }
@@ -118,8 +129,11 @@ std::optional<QString> EndToEndRig::waitForSavedRecording(int timeoutMs) {
         [&] {
             const QStringList movies =
                 QDir(recordingsFolder()).entryList({QStringLiteral("*.mov")}, QDir::Files);
-            if (movies.isEmpty()) return false;
-            movie = recordingsFolder() + QLatin1Char('/') + movies.first();
+            const auto fresh = std::find_if(movies.begin(), movies.end(), [&](const QString& name) {
+                return !moviesAtStart_.contains(name);
+            });
+            if (fresh == movies.end()) return false;
+            movie = recordingsFolder() + QLatin1Char('/') + *fresh;
             return QFile::exists(movie.chopped(3) + QStringLiteral("json"));
         },
         timeoutMs);
@@ -148,6 +162,7 @@ QStringList EndToEndRig::captureLogMessages() const {
 bool EndToEndRig::activateOtherWindow() {
     if (!otherWindow_) {
         otherWindow_ = std::make_unique<QProcess>();
+        otherWindow_->setProcessEnvironment(childEnvironment_);
         otherWindow_->start(QStringLiteral("xmessage"),
                             {QStringLiteral("-name"), QStringLiteral("kestrum-e2e-other"),
                              QStringLiteral("Another application")});
@@ -155,7 +170,7 @@ bool EndToEndRig::activateOtherWindow() {
                 [] {
                     return runTool(
                         QStringLiteral("xdotool"),
-                        {QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("^xmessage$")});
+                        {QStringLiteral("search"), QStringLiteral("--class"), QStringLiteral("Xmessage")});
                 },
                 10000)) {
             return false;
@@ -164,15 +179,14 @@ bool EndToEndRig::activateOtherWindow() {
     return runTool(
         QStringLiteral("bash"),
         {QStringLiteral("-c"),
-         QStringLiteral("xdotool search --name '^xmessage$' | head -1 | xargs xdotool windowactivate")});
+         QStringLiteral("xdotool search --class Xmessage | head -1 | xargs xdotool windowactivate")});
 }
 
 bool EndToEndRig::activateGameWindow() {
     return runTool(
         QStringLiteral("bash"),
-        {QStringLiteral("-c"),
-         QStringLiteral(
-             "xdotool search --name 'League of Legends' | head -1 | xargs xdotool windowactivate")});
+        {QStringLiteral("-c"), QStringLiteral("xdotool search --onlyvisible --name 'League of Legends' | "
+                                              "head -1 | xargs xdotool windowactivate")});
 }
 
 std::optional<QImage> movieFrameAt(const QString& moviePath, double seconds) {

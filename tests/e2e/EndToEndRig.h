@@ -38,6 +38,8 @@ class EndToEndRig {
     QString recordingsFolder() const;
     QStringList captureLogMessages() const;  // the log file's lines without timestamp and level
     QStringList kestrumOutput() const { return kestrumOutput_; }
+    // What the simulator printed so far.
+    QString gameOutput() const { return gameOutput_; }
     qint64 gameProcessId() const;
     QString failure() const { return failure_; }
 
@@ -55,6 +57,9 @@ class EndToEndRig {
     std::unique_ptr<QProcess> otherWindow_;
     QStringList kestrumOutput_;
     QByteArray partialLine_;
+    QString gameOutput_;
+    QProcessEnvironment childEnvironment_;
+    QStringList moviesAtStart_;
     QString failure_;
 };
 

@@ -1,5 +1,7 @@
 #include "core/assets/DataDragonAssetStore.h"
 
+#include "core/common/AtomicFileWrite.h"
+
 #include "core/async/Detached.h"
 #include "core/json/JsonDocument.h"
 #include "core/settings/SettingsKeys.h"
@@ -72,14 +74,7 @@ std::optional<QImage> readCachedImage(const QString& filePath) {
 // Failures are dropped: the image is shown all the same and is fetched again on a later run.
 void writeCachedImage(const QString& filePath, const QByteArray& bytes) {
     if (!QDir().mkpath(QFileInfo(filePath).absolutePath())) return;
-    QSaveFile file(filePath);
-    if (!file.open(QIODevice::WriteOnly)) return;
-    if (file.write(bytes) != bytes.size()) {
-        file.cancelWriting();
-        (void)file.commit();  // after a cancel this only removes the temporary file
-        return;
-    }
-    (void)file.commit();
+    (void)writeFileAtomically(filePath, bytes);
 }
 
 // The newest version of a `/api/versions.json` answer: the first element of a non-empty array of strings.

@@ -5,11 +5,7 @@
 namespace kestrum {
 
 WorkspaceSubscription FakeWorkspace::observe(Notice notice, Handler handler) {
-    const std::uint64_t id = registry_->nextId++;
-    registry_->handlers.emplace(id, std::make_pair(notice, std::move(handler)));
-    return WorkspaceSubscription([weakRegistry = std::weak_ptr<Registry>(registry_), id] {
-        if (const auto registry = weakRegistry.lock()) registry->handlers.erase(id);
-    });
+    return observers_.add(notice, std::move(handler));
 }
 
 void FakeWorkspace::setRunningApplications(std::vector<RunningApplication> applications) {
@@ -39,24 +35,11 @@ void FakeWorkspace::activate(const RunningApplication& application) {
 }
 
 std::size_t FakeWorkspace::observerCount(Notice notice) const {
-    return static_cast<std::size_t>(
-        std::count_if(registry_->handlers.begin(), registry_->handlers.end(),
-                      [&](const auto& entry) { return entry.second.first == notice; }));
+    return observers_.count(notice);
 }
 
 void FakeWorkspace::deliver(Notice notice, const RunningApplication& application) {
-    std::vector<std::uint64_t> ids;
-    for (const auto& [id, entry] : registry_->handlers) {
-        if (entry.first == notice) ids.push_back(id);
-    }
-    // A handler may drop its own or another subscription: look each one up again before calling it,
-    // and call a copy so that dropping the running one does not destroy it mid-call.
-    for (const std::uint64_t id : ids) {
-        const auto found = registry_->handlers.find(id);
-        if (found == registry_->handlers.end()) continue;
-        const Handler handler = found->second.second;
-        handler(application);
-    }
+    observers_.deliver(notice, application);
 }
 
 }  // namespace kestrum

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ports/Workspace.h"
+#include "platform/ports/WorkspaceObservers.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -33,17 +34,11 @@ class FakeWorkspace final : public Workspace {
     std::size_t observerCount(Notice notice) const;
 
   private:
-    struct Registry {
-        std::map<std::uint64_t, std::pair<Notice, Handler>> handlers;  // ordered by id: the order added
-        std::uint64_t nextId = 1;
-    };
-
     void deliver(Notice notice, const RunningApplication& application);
 
     std::vector<RunningApplication> applications_;
     std::optional<RunningApplication> frontmost_;
-    // Shared weakly with the subscriptions, so that one outliving the workspace removes nothing.
-    std::shared_ptr<Registry> registry_ = std::make_shared<Registry>();
+    WorkspaceObservers observers_;
 };
 
 }  // namespace kestrum

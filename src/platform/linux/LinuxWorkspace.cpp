@@ -57,11 +57,7 @@ LinuxWorkspace::LinuxWorkspace(ProcessTable processes, const QString& displayNam
 LinuxWorkspace::~LinuxWorkspace() = default;
 
 WorkspaceSubscription LinuxWorkspace::observe(Notice notice, Handler handler) {
-    const std::uint64_t id = registry_->nextId++;
-    registry_->handlers.emplace(id, std::make_pair(notice, std::move(handler)));
-    return WorkspaceSubscription([weakRegistry = std::weak_ptr<Registry>(registry_), id] {
-        if (const auto registry = weakRegistry.lock()) registry->handlers.erase(id);
-    });
+    return observers_.add(notice, std::move(handler));
 }
 
 void LinuxWorkspace::scan() {
@@ -169,18 +165,7 @@ void LinuxWorkspace::settleFront(qint32 processIdentifier, std::uint64_t generat
 }
 
 void LinuxWorkspace::deliver(Notice notice, const RunningApplication& application) {
-    std::vector<std::uint64_t> ids;
-    for (const auto& [id, entry] : registry_->handlers) {
-        if (entry.first == notice) ids.push_back(id);
-    }
-    // A handler may drop its own or another subscription: each is looked up again before its call, and a
-    // copy is called so that dropping the running one does not destroy it mid-call.
-    for (const std::uint64_t id : ids) {
-        const auto found = registry_->handlers.find(id);
-        if (found == registry_->handlers.end()) continue;
-        const Handler handler = found->second.second;
-        handler(application);
-    }
+    observers_.deliver(notice, application);
 }
 
 }  // namespace kestrum

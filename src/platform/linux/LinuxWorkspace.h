@@ -2,6 +2,7 @@
 
 #include "platform/linux/ProcessTable.h"
 #include "platform/ports/Workspace.h"
+#include "platform/ports/WorkspaceObservers.h"
 
 #include <QString>
 #include <QTimer>
@@ -62,11 +63,6 @@ class LinuxWorkspace final : public Workspace {
     [[nodiscard]] WorkspaceSubscription observe(Notice notice, Handler handler) override;
 
   private:
-    struct Registry {
-        std::map<std::uint64_t, std::pair<Notice, Handler>> handlers;  // ordered by id: the order added
-        std::uint64_t nextId = 1;
-    };
-
     void scan();
     void connectDisplay(const QString& displayName);
     void onDisplayReadable();
@@ -92,8 +88,7 @@ class LinuxWorkspace final : public Workspace {
     std::unique_ptr<XcbConnection> display_;
     std::unique_ptr<QSocketNotifier> displayNotifier_;
     QTimer scanTimer_;
-    // Shared weakly with the subscriptions, so that one outliving the workspace removes nothing.
-    std::shared_ptr<Registry> registry_ = std::make_shared<Registry>();
+    WorkspaceObservers observers_;
 };
 
 }  // namespace kestrum

@@ -1,5 +1,7 @@
 #include "core/library/detail/RecordingDetailLoader.h"
 
+#include "core/common/AtomicFileWrite.h"
+
 #include "core/async/Detached.h"
 #include "core/async/SerialQueue.h"
 #include "core/library/detail/CachedDetailCodec.h"
@@ -41,18 +43,6 @@ class SharedPromise {
 
 using DetailPromise = SharedPromise<std::shared_ptr<const RecordingDetail>>;
 using ImagePromise = SharedPromise<std::optional<QImage>>;
-
-// A failure leaves the previous file, if any, in place; the caller drops it.
-void writeAtomically(const QString& path, const QByteArray& bytes) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) return;
-    if (file.write(bytes) != bytes.size()) {
-        file.cancelWriting();
-        (void)file.commit();  // after a cancel this only removes the temporary file
-        return;
-    }
-    (void)file.commit();
-}
 
 // The disk entry's detail when the file decodes, is of this layout and matches the files' stamps.
 std::shared_ptr<const RecordingDetail> readCachedDetail(const QString& cacheFile,
@@ -184,7 +174,8 @@ struct RecordingDetailLoader::Core : std::enable_shared_from_this<Core> {
                     if (!loaded.fillCacheFile) return;
                     const Result<std::string> encoded =
                         encodeCachedDetail(cacheVersion, fingerprint, *loaded.detail);
-                    if (encoded.ok()) writeAtomically(file, QByteArray::fromStdString(encoded.value()));
+                    if (encoded.ok())
+                        (void)writeFileAtomically(file, QByteArray::fromStdString(encoded.value()));
                 });
     }
 
@@ -205,7 +196,7 @@ struct RecordingDetailLoader::Core : std::enable_shared_from_this<Core> {
                 [file](const LoadedThumbnail& loaded) {
                     if (!loaded.made || file.isEmpty()) return;
                     const QByteArray png = ThumbnailGenerator::encodePng(*loaded.image);
-                    if (!png.isEmpty()) writeAtomically(file, png);
+                    if (!png.isEmpty()) (void)writeFileAtomically(file, png);
                 });
     }
 
