@@ -149,15 +149,11 @@ Measured recordWithKestrum(const Scenario& scenario, const QString& script) {
     return measured;
 }
 
+// With no window manager the game's window stands at the screen's origin, so ffmpeg grabs exactly its
+// pixels from the root window.
 Measured recordWithX11grab(const Scenario& scenario, const QString& script) {
     QTemporaryDir folder;
     std::unique_ptr<QProcess> game(startGame(script, scenario));
-    QProcess search;
-    search.start(QStringLiteral("xdotool"),
-                 {QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("League of Legends")});
-    search.waitForFinished(10000);
-    const QString windowId =
-        QString::fromLatin1(search.readAllStandardOutput()).split(QLatin1Char('\n')).value(0);
     const VideoOutputSettings settings =
         videoOutputSettings(scenario.resolution, scenario.frameRate, scenario.width, scenario.height);
     QStringList arguments{QStringLiteral("-v"),
@@ -165,14 +161,14 @@ Measured recordWithX11grab(const Scenario& scenario, const QString& script) {
                           QStringLiteral("-y"),
                           QStringLiteral("-f"),
                           QStringLiteral("x11grab"),
-                          QStringLiteral("-window_id"),
-                          windowId,
+                          QStringLiteral("-video_size"),
+                          QStringLiteral("%1x%2").arg(scenario.width).arg(scenario.height),
                           QStringLiteral("-framerate"),
                           QString::number(settings.expectedFrameRate),
                           QStringLiteral("-t"),
                           QString::number(kSeconds),
                           QStringLiteral("-i"),
-                          qEnvironmentVariable("DISPLAY"),
+                          qEnvironmentVariable("DISPLAY") + QStringLiteral("+0,0"),
                           QStringLiteral("-c:v"),
                           QString::fromStdString(ffmpeg::softwareEncoderName(settings.codec))};
     for (const auto& option : ffmpeg::softwareEncoderOptions(settings)) {
@@ -191,6 +187,9 @@ Measured recordWithX11grab(const Scenario& scenario, const QString& script) {
     QProcess ffmpegProcess;
     ffmpegProcess.start(QStringLiteral("ffmpeg"), arguments);
     ffmpegProcess.waitForFinished((kSeconds + 60) * 1000);
+    if (ffmpegProcess.exitCode() != 0) {
+        std::fprintf(stderr, "ffmpeg x11grab failed: %s\n", ffmpegProcess.readAllStandardError().constData());
+    }
     rusage after{};
     getrusage(RUSAGE_CHILDREN, &after);
     const auto seconds = [](const timeval& time) {

@@ -36,9 +36,9 @@ bool TestWindowClient::awaitWindowManager(int timeoutMs) {
     return false;
 }
 
-xcb_window_t TestWindowClient::create(const Window& spec) {
+xcb_window_t TestWindowClient::create(const Window& wanted) {
     const xcb_window_t window = xcb_generate_id(connection_);
-    const QRect& frame = spec.frame;
+    const QRect& frame = wanted.frame;
     xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, screen_->root,
                       static_cast<std::int16_t>(frame.x()), static_cast<std::int16_t>(frame.y()),
                       static_cast<std::uint16_t>(frame.width()), static_cast<std::uint16_t>(frame.height()),
@@ -47,14 +47,14 @@ xcb_window_t TestWindowClient::create(const Window& spec) {
     xcb_icccm_size_hints_set_position(&hints, 1, frame.x(), frame.y());
     xcb_icccm_size_hints_set_size(&hints, 1, frame.width(), frame.height());
     xcb_icccm_set_wm_normal_hints(connection_, window, &hints);
-    if (spec.netName) {
-        setProperty(window, atom("_NET_WM_NAME"), atom("UTF8_STRING"), 8, spec.netName->size(),
-                    spec.netName->data());
+    if (wanted.netName) {
+        setProperty(window, atom("_NET_WM_NAME"), atom("UTF8_STRING"), 8, wanted.netName->size(),
+                    wanted.netName->data());
     }
-    if (spec.name)
-        setProperty(window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, spec.name->size(), spec.name->data());
-    if (spec.pid) setProperty(window, atom("_NET_WM_PID"), XCB_ATOM_CARDINAL, 32, 1, &*spec.pid);
-    if (spec.dock) {
+    if (wanted.name)
+        setProperty(window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, wanted.name->size(), wanted.name->data());
+    if (wanted.pid) setProperty(window, atom("_NET_WM_PID"), XCB_ATOM_CARDINAL, 32, 1, &*wanted.pid);
+    if (wanted.dock) {
         const xcb_atom_t dock = atom("_NET_WM_WINDOW_TYPE_DOCK");
         setProperty(window, atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &dock);
     }

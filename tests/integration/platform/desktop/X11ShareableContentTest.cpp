@@ -79,7 +79,7 @@ TEST_P(X11ShareableContentTest, DescribesTitlesFramesOwnersAndDisplays) {
     const ShareableApplication ownOwner{getpid(), QString(),
                                         QFileInfo(QCoreApplication::applicationFilePath()).fileName()};
     struct Row {
-        TestWindowClient::Window spec;
+        TestWindowClient::Window wanted;
         std::optional<QString> title;
         std::optional<ShareableApplication> owner;
     };
@@ -97,7 +97,7 @@ TEST_P(X11ShareableContentTest, DescribesTitlesFramesOwnersAndDisplays) {
         {{QRect(50, 600, 200, 100), {}, {}, {}}, std::nullopt, std::nullopt},
     };
     std::vector<xcb_window_t> windows;
-    for (const Row& row : rows) windows.push_back(client_->create(row.spec));
+    for (const Row& row : rows) windows.push_back(client_->create(row.wanted));
     const ShareableContentSnapshot snapshot = listing(windows, false, true);
 
     for (std::size_t index = 0; index < rows.size(); ++index) {
@@ -107,9 +107,9 @@ TEST_P(X11ShareableContentTest, DescribesTitlesFramesOwnersAndDisplays) {
         EXPECT_EQ(window.title, rows[index].title) << "row " << index;
         EXPECT_EQ(window.owningApplication, rows[index].owner) << "row " << index;
         EXPECT_TRUE(window.isOnScreen) << "row " << index;
-        EXPECT_EQ(window.frame.size(), QSizeF(rows[index].spec.frame.size())) << "row " << index;
+        EXPECT_EQ(window.frame.size(), QSizeF(rows[index].wanted.frame.size())) << "row " << index;
         // A manager puts its frame at the asked place, and the client inside it below the title bar.
-        const QPointF offset = window.frame.topLeft() - QPointF(rows[index].spec.frame.topLeft());
+        const QPointF offset = window.frame.topLeft() - QPointF(rows[index].wanted.frame.topLeft());
         EXPECT_TRUE(managed() ? offset.x() >= 0 && offset.x() <= 20 && offset.y() >= 0 && offset.y() <= 60
                               : offset.isNull())
             << "row " << index << " offset " << offset.x() << "," << offset.y();
