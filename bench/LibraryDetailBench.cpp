@@ -3,6 +3,7 @@
 // same look again), plus a fresh loader that finds the disk entry; and the thumbnail of a 1080p HEVC
 // movie written by the application's own writer, made afresh and read back from the disk cache.
 // Prints `figure <name> <value> <unit>` lines, medians of repeated runs; asserts nothing.
+#include "BenchTiming.h"
 #include "core/async/Detached.h"
 #include "core/library/detail/RecordingDetailLoader.h"
 #include "core/telemetry/RecordingSidecarStore.h"
@@ -39,16 +40,7 @@ constexpr int kWarmRuns = 200;
 // Each run is followed, untimed, by the end of the disk cache writes it left on the utility pool, so
 // that no run pays for the one before.
 double medianMilliseconds(int runs, const std::function<void()>& body) {
-    std::vector<double> samples;
-    for (int run = 0; run < runs; ++run) {
-        const auto start = std::chrono::steady_clock::now();
-        body();
-        samples.push_back(
-            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
-        utilityPool().waitForDone();
-    }
-    std::sort(samples.begin(), samples.end());
-    return samples[samples.size() / 2];
+    return bench::medianMilliseconds(runs, body, [] { utilityPool().waitForDone(); });
 }
 
 RecordingScoreboardPlayer makePlayer(int snapshot, int index) {

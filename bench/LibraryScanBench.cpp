@@ -4,6 +4,7 @@
 // already right (one read per sidecar) and once as the save path leaves them (repair: three reads and a
 // write per sidecar). The files are fresh in the page cache, so the cold figures measure the scanner's
 // work, not the disk. Prints `figure <name> <value> <unit>` lines, medians of repeated runs.
+#include "BenchTiming.h"
 #include "core/library/RecordingLibraryScanner.h"
 #include "core/telemetry/RecordingSidecarStore.h"
 #include "core/telemetry/SessionDocumentBuilder.h"
@@ -24,24 +25,14 @@
 
 namespace {
 
+using kestrum::bench::medianMilliseconds;
+
 using namespace kestrum;
 
 constexpr int kSmallLibrary = 10'000;
 constexpr int kLargeSidecars = 50;
 constexpr double kLargeSidecarMegabytes = 25;
 constexpr const char* kLargeTitle = "Classic \xC2\xB7 Ahri \xC2\xB7 Mid";
-
-double medianMilliseconds(int runs, const std::function<void()>& body) {
-    std::vector<double> samples;
-    for (int run = 0; run < runs; ++run) {
-        const auto start = std::chrono::steady_clock::now();
-        body();
-        samples.push_back(
-            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
-    }
-    std::sort(samples.begin(), samples.end());
-    return samples[samples.size() / 2];
-}
 
 void printFigure(const char* name, double value, const char* unit) {
     std::printf("figure %s %.1f %s\n", name, value, unit);

@@ -1,6 +1,7 @@
 // The coordinator's refresh, which runs at every application switch of the user, with 300 running
 // applications; and the storage walk of a recordings folder of 5,000 files, which runs at every refresh
 // outside a recording. Prints `figure <name> <value> <unit>` lines, medians of repeated runs.
+#include "BenchTiming.h"
 #include "core/async/ManualClock.h"
 #include "core/recording/RecordingCoordinator.h"
 #include "core/recording/RecordingFolderStore.h"
@@ -24,6 +25,8 @@
 #include <vector>
 
 namespace {
+
+using kestrum::bench::medianMilliseconds;
 
 using namespace kestrum;
 
@@ -55,18 +58,6 @@ class LiveGameClient final : public RecordingLiveClient {
   private:
     Clock& clock_;
 };
-
-double medianMilliseconds(int runs, const std::function<void()>& body) {
-    std::vector<double> samples;
-    for (int run = 0; run < runs; ++run) {
-        const auto start = std::chrono::steady_clock::now();
-        body();
-        samples.push_back(
-            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
-    }
-    std::sort(samples.begin(), samples.end());
-    return samples[samples.size() / 2];
-}
 
 std::vector<RunningApplication> threeHundredApplications(bool withGame) {
     std::vector<RunningApplication> applications;
