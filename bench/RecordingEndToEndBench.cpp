@@ -1,10 +1,11 @@
 // Kestrum recording the simulator's window against `ffmpeg -f x11grab` recording the same window with
 // the same codec, bit rate, key-frame interval and frame rate, side by side in one run: CPU seconds per
-// recorded second, frames dropped (expected frames less frames written) and the spread of frame
-// intervals. 720p30 HEVC and native 1080p60 H.264, 60 seconds each, under a private Xvfb and PulseAudio.
-// Kestrum's figure includes its sound track and its service polling; ffmpeg records the picture only.
+// recorded second, frames dropped (gaps in the video track) and the spread of frame intervals. 720p30
+// HEVC and native 1080p60 H.264 picture only, then 720p30 with the sound track on both sides, 60 seconds
+// each, under a private Xvfb and PulseAudio. Kestrum's figure also holds its service polling.
 #include "core/settings/SettingsKeys.h"
 #include "core/settings/UserDefaults.h"
+#include "media/AudioOutputSettings.h"
 #include "media/MovieOutputSettings.h"
 #include "media/ffmpeg/VideoEncoderSelection.h"
 #include "support/DisplayServers.h"
@@ -12,6 +13,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -37,14 +39,22 @@ struct Scenario {
     OutputResolution resolution;
     OutputFrameRate frameRate;
     const char* storedResolution;
+    // Both recorders also take the default sink's sound into a 192 kb/s AAC track.
+    bool sound;
 };
 
 struct Measured {
     double cpuSeconds = 0;
     double recordedSeconds = 0;
     int frames = 0;
+    // Frames missing from the video track: an interval of n frame periods (rounded) hides n - 1 frames.
+    // Counted from the track itself, because the movie's duration also spans sound recorded after the
+    // game's window closed.
+    int framesDropped = 0;
     double intervalP50Ms = 0;
     double intervalP99Ms = 0;
+    // The three longest intervals, as (start in seconds, length in milliseconds), to place the drops.
+    std::vector<std::pair<double, double>> longestIntervals;
 };
 
 // The process's user plus system CPU seconds from /proc/<pid>/stat.
@@ -66,8 +76,26 @@ bool waitFor(const std::function<bool()>& condition, int timeoutMs) {
     return condition();
 }
 
+void measureIntervals(const std::vector<double>& times, int framesPerSecond, Measured& measured) {
+    std::vector<std::pair<double, double>> intervals;
+    const double periodMs = 1000.0 / framesPerSecond;
+    for (std::size_t i = 1; i < times.size(); ++i) {
+        const double intervalMs = (times[i] - times[i - 1]) * 1000.0;
+        intervals.emplace_back(times[i - 1], intervalMs);
+        measured.framesDropped += std::max(0, static_cast<int>(intervalMs / periodMs + 0.5) - 1);
+    }
+    std::sort(intervals.begin(), intervals.end(),
+              [](const auto& a, const auto& b) { return a.second < b.second; });
+    if (intervals.empty()) return;
+    measured.intervalP50Ms = intervals[intervals.size() / 2].second;
+    measured.intervalP99Ms = intervals[std::min(intervals.size() - 1, intervals.size() * 99 / 100)].second;
+    for (std::size_t i = 0; i < std::min<std::size_t>(3, intervals.size()); ++i) {
+        measured.longestIntervals.push_back(intervals[intervals.size() - 1 - i]);
+    }
+}
+
 // Duration, frame count and interval spread of the first video stream, read back by ffprobe.
-void probeInto(const QString& movie, Measured& measured) {
+void probeInto(const QString& movie, int framesPerSecond, Measured& measured) {
     QProcess ffprobe;
     ffprobe.start(QStringLiteral("ffprobe"),
                   {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-select_streams"),
@@ -84,12 +112,13 @@ void probeInto(const QString& movie, Measured& measured) {
     }
     std::sort(times.begin(), times.end());
     measured.frames = static_cast<int>(times.size());
-    std::vector<double> intervals;
-    for (std::size_t i = 1; i < times.size(); ++i) intervals.push_back((times[i] - times[i - 1]) * 1000.0);
-    std::sort(intervals.begin(), intervals.end());
-    if (intervals.empty()) return;
-    measured.intervalP50Ms = intervals[intervals.size() / 2];
-    measured.intervalP99Ms = intervals[std::min(intervals.size() - 1, intervals.size() * 99 / 100)];
+    measureIntervals(times, framesPerSecond, measured);
+    // KESTRUM_BENCH_KEEP names a folder that keeps the movies for a closer look.
+    const QString keep = qEnvironmentVariable("KESTRUM_BENCH_KEEP");
+    if (!keep.isEmpty()) {
+        QDir().mkpath(keep);
+        QFile::copy(movie, keep + QLatin1Char('/') + QFileInfo(movie).fileName());
+    }
 }
 
 QProcess* startGame(const QString& script, const Scenario& scenario) {
@@ -119,6 +148,8 @@ Measured recordWithKestrum(const Scenario& scenario, const QString& script) {
         UserDefaults defaults(profile.path() + QStringLiteral("/XDG_CONFIG_HOME/Kestrum/defaults.json"));
         defaults.setString(QLatin1String(scenario.storedResolution), SettingsKeys::recordingVideoResolution);
         defaults.setInteger(static_cast<int>(scenario.frameRate), SettingsKeys::recordingVideoFrameRate);
+        defaults.setBool(scenario.sound, SettingsKeys::recordSystemAudio);
+        defaults.setBool(false, SettingsKeys::recordMicrophone);
     }
     QProcess kestrum;
     kestrum.setProcessEnvironment(environment);
@@ -145,7 +176,11 @@ Measured recordWithKestrum(const Scenario& scenario, const QString& script) {
     measured.cpuSeconds = processCpuSeconds(kestrum.processId()) - cpuBefore;
     kestrum.terminate();
     kestrum.waitForFinished(30000);
-    if (!movie.isEmpty()) probeInto(movie, measured);
+    output += kestrum.readAll();
+    const QString keep = qEnvironmentVariable("KESTRUM_BENCH_KEEP");
+    QFile log(keep + QLatin1Char('/') + QLatin1String(scenario.name) + QStringLiteral("-kestrum.log"));
+    if (!keep.isEmpty() && QDir().mkpath(keep) && log.open(QIODevice::WriteOnly)) log.write(output);
+    if (!movie.isEmpty()) probeInto(movie, static_cast<int>(scenario.frameRate), measured);
     return measured;
 }
 
@@ -156,21 +191,20 @@ Measured recordWithX11grab(const Scenario& scenario, const QString& script) {
     std::unique_ptr<QProcess> game(startGame(script, scenario));
     const VideoOutputSettings settings =
         videoOutputSettings(scenario.resolution, scenario.frameRate, scenario.width, scenario.height);
-    QStringList arguments{QStringLiteral("-v"),
-                          QStringLiteral("error"),
-                          QStringLiteral("-y"),
-                          QStringLiteral("-f"),
-                          QStringLiteral("x11grab"),
-                          QStringLiteral("-video_size"),
-                          QStringLiteral("%1x%2").arg(scenario.width).arg(scenario.height),
-                          QStringLiteral("-framerate"),
-                          QString::number(settings.expectedFrameRate),
-                          QStringLiteral("-t"),
-                          QString::number(kSeconds),
-                          QStringLiteral("-i"),
-                          qEnvironmentVariable("DISPLAY") + QStringLiteral("+0,0"),
-                          QStringLiteral("-c:v"),
-                          QString::fromStdString(ffmpeg::softwareEncoderName(settings.codec))};
+    const AudioOutputSettings sound;
+    QStringList arguments{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y")};
+    if (scenario.sound) {
+        arguments << QStringLiteral("-f") << QStringLiteral("pulse") << QStringLiteral("-sample_rate")
+                  << QString::number(sound.sampleRate) << QStringLiteral("-channels")
+                  << QString::number(sound.channelCount) << QStringLiteral("-i")
+                  << QStringLiteral("kestrum_null.monitor");
+    }
+    arguments << QStringLiteral("-f") << QStringLiteral("x11grab") << QStringLiteral("-video_size")
+              << QStringLiteral("%1x%2").arg(scenario.width).arg(scenario.height)
+              << QStringLiteral("-framerate") << QString::number(settings.expectedFrameRate)
+              << QStringLiteral("-i") << qEnvironmentVariable("DISPLAY") + QStringLiteral("+0,0")
+              << QStringLiteral("-t") << QString::number(kSeconds) << QStringLiteral("-c:v")
+              << QString::fromStdString(ffmpeg::softwareEncoderName(settings.codec));
     for (const auto& option : ffmpeg::softwareEncoderOptions(settings)) {
         arguments << QStringLiteral("-") + QString::fromStdString(option.key)
                   << QString::fromStdString(option.value);
@@ -180,8 +214,13 @@ Measured recordWithX11grab(const Scenario& scenario, const QString& script) {
               << QString::number(settings.averageBitRate) << QStringLiteral("-maxrate")
               << QString::number(ffmpeg::maximumBitRate(settings)) << QStringLiteral("-bufsize")
               << QString::number(ffmpeg::rateControlBufferBits(settings)) << QStringLiteral("-g")
-              << QString::number(settings.maxKeyFrameInterval) << QStringLiteral("-bf") << QStringLiteral("0")
-              << movie;
+              << QString::number(settings.maxKeyFrameInterval) << QStringLiteral("-bf")
+              << QStringLiteral("0");
+    if (scenario.sound) {
+        arguments << QStringLiteral("-c:a") << QStringLiteral("aac") << QStringLiteral("-b:a")
+                  << QString::number(sound.bitRate);
+    }
+    arguments << movie;
     rusage before{};
     getrusage(RUSAGE_CHILDREN, &before);
     QProcess ffmpegProcess;
@@ -201,20 +240,23 @@ Measured recordWithX11grab(const Scenario& scenario, const QString& script) {
                           seconds(before.ru_stime);
     game->terminate();
     game->waitForFinished(10000);
-    probeInto(movie, measured);
+    probeInto(movie, static_cast<int>(scenario.frameRate), measured);
     return measured;
 }
 
 void print(const char* recorder, const Scenario& scenario, const Measured& measured) {
-    const int fps = static_cast<int>(scenario.frameRate);
     const double perSecond =
         measured.recordedSeconds > 0 ? measured.cpuSeconds / measured.recordedSeconds : 0;
-    const int dropped = std::max(0, static_cast<int>(measured.recordedSeconds * fps + 0.5) - measured.frames);
     std::printf("figure %s_%s_cpu_seconds_per_recorded_second %.3f s\n", recorder, scenario.name, perSecond);
     std::printf("figure %s_%s_recorded_seconds %.2f s\n", recorder, scenario.name, measured.recordedSeconds);
-    std::printf("figure %s_%s_frames_dropped %d frames\n", recorder, scenario.name, dropped);
+    std::printf("figure %s_%s_frames_written %d frames\n", recorder, scenario.name, measured.frames);
+    std::printf("figure %s_%s_frames_dropped %d frames\n", recorder, scenario.name, measured.framesDropped);
     std::printf("figure %s_%s_frame_interval_p50 %.2f ms\n", recorder, scenario.name, measured.intervalP50Ms);
     std::printf("figure %s_%s_frame_interval_p99 %.2f ms\n", recorder, scenario.name, measured.intervalP99Ms);
+    for (const auto& [startSeconds, lengthMs] : measured.longestIntervals) {
+        std::printf("note %s_%s long interval at %.3f s: %.2f ms\n", recorder, scenario.name, startSeconds,
+                    lengthMs);
+    }
     std::fflush(stdout);
 }
 
@@ -231,19 +273,33 @@ int main(int argc, char** argv) {
     }
     const QString script = QStringLiteral(KESTRUM_SOURCE_DIR "/tests/e2e/scripts/sixty-seconds.json");
     const Scenario scenarios[] = {
-        {"720p30_hevc", 1280, 720, OutputResolution::p720, OutputFrameRate::fps30, "p720"},
-        {"1080p60_h264", 1920, 1080, OutputResolution::native, OutputFrameRate::fps60, "native"},
+        {"720p30_hevc", 1280, 720, OutputResolution::p720, OutputFrameRate::fps30, "p720", false},
+        {"1080p60_h264", 1920, 1080, OutputResolution::native, OutputFrameRate::fps60, "native", false},
+        {"720p30_hevc_sound", 1280, 720, OutputResolution::p720, OutputFrameRate::fps30, "p720", true},
     };
+    // KESTRUM_BENCH_ONLY names the one scenario to run, when looking into one. KESTRUM_BENCH_RUNS repeats
+    // each pair of recordings: the encoders' cost varies by a few percent from run to run, so a ratio
+    // near 1 wants the median of several.
+    const QString only = qEnvironmentVariable("KESTRUM_BENCH_ONLY");
+    const int runs = std::max(1, qEnvironmentVariableIntValue("KESTRUM_BENCH_RUNS"));
     for (const Scenario& scenario : scenarios) {
-        const Measured kestrum = recordWithKestrum(scenario, script);
-        print("kestrum", scenario, kestrum);
-        const Measured grab = recordWithX11grab(scenario, script);
-        print("x11grab", scenario, grab);
-        if (grab.cpuSeconds > 0 && grab.recordedSeconds > 0 && kestrum.recordedSeconds > 0) {
-            std::printf(
-                "figure cpu_ratio_kestrum_to_x11grab_%s %.3f x\n", scenario.name,
-                (kestrum.cpuSeconds / kestrum.recordedSeconds) / (grab.cpuSeconds / grab.recordedSeconds));
+        if (!only.isEmpty() && only != QLatin1String(scenario.name)) continue;
+        std::vector<double> ratios;
+        for (int run = 0; run < runs; ++run) {
+            const Measured kestrum = recordWithKestrum(scenario, script);
+            print("kestrum", scenario, kestrum);
+            const Measured grab = recordWithX11grab(scenario, script);
+            print("x11grab", scenario, grab);
+            if (grab.cpuSeconds <= 0 || grab.recordedSeconds <= 0 || kestrum.recordedSeconds <= 0) continue;
+            ratios.push_back((kestrum.cpuSeconds / kestrum.recordedSeconds) /
+                             (grab.cpuSeconds / grab.recordedSeconds));
+            std::printf("figure cpu_ratio_kestrum_to_x11grab_%s %.3f x\n", scenario.name, ratios.back());
         }
+        if (ratios.size() < 2) continue;
+        std::sort(ratios.begin(), ratios.end());
+        std::printf("figure cpu_ratio_kestrum_to_x11grab_%s_median_of_%zu %.3f x\n", scenario.name,
+                    ratios.size(), ratios[ratios.size() / 2]);
+        std::fflush(stdout);
     }
     return 0;
 }

@@ -11,6 +11,7 @@ packages=(
   qcoro-qt6-dev
   # movies and playback
   libavformat-dev libavcodec-dev libswscale-dev libswresample-dev libavutil-dev libmpv-dev
+  libyuv-dev
   # JSON
   rapidjson-dev
   # X11 capture, focus and windows

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace kestrum {
@@ -32,6 +33,10 @@ class PixelBuffer {
         return width_ > 0 && height_ > 0 && bytesPerRow_ >= width_ * 4 &&
                bytes_.size() >= static_cast<std::size_t>(bytesPerRow_) * static_cast<std::size_t>(height_);
     }
+
+    // Hands the bytes over and leaves the buffer empty (invalid); for the owner of a mutable buffer that
+    // recycles its store.
+    std::vector<std::uint8_t> takeBytes() { return std::exchange(bytes_, {}); }
 
   private:
     int width_;

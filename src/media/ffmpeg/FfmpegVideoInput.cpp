@@ -31,7 +31,6 @@ FfmpegVideoInput::FfmpegVideoInput(VideoOutputSettings settings, std::shared_ptr
 
 FfmpegVideoInput::~FfmpegVideoInput() {
     stop();
-    sws_freeContext(scaler_);
 }
 
 bool FfmpegVideoInput::isReadyForMoreMediaData() const {
@@ -139,18 +138,10 @@ bool FfmpegVideoInput::convert(const PixelBuffer& source, std::int64_t pts) {
         state_->fail(ffmpegError(result, QStringLiteral("Could not allocate a video frame")));
         return false;
     }
-    // Frames usually come at the output size, so the filter only subsamples chroma; the fast bilinear
-    // one does that at a fraction of bicubic's cost, which matters on the capture machine's cores.
-    scaler_ = sws_getCachedContext(scaler_, source.width(), source.height(), AV_PIX_FMT_BGRA, settings_.width,
-                                   settings_.height, encoder_.softwareFormat, SWS_FAST_BILINEAR, nullptr,
-                                   nullptr, nullptr);
-    if (scaler_ == nullptr) {
+    if (!converter_.convert(source, *frame)) {
         state_->fail(ffmpegError(AVERROR(EINVAL), QStringLiteral("Could not convert a video frame")));
         return false;
     }
-    const std::uint8_t* planes[1] = {source.data()};
-    const int strides[1] = {source.bytesPerRow()};
-    sws_scale(scaler_, planes, strides, 0, source.height(), frame->data, frame->linesize);
     frame->pts = pts;
     return true;
 }

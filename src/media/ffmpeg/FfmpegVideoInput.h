@@ -4,6 +4,7 @@
 #include "media/ffmpeg/BoundedWorkQueue.h"
 #include "media/ffmpeg/FfmpegTrackInput.h"
 #include "media/ffmpeg/VideoEncoderSelection.h"
+#include "media/ffmpeg/VideoFrameConverter.h"
 #include "media/ffmpeg/WriterState.h"
 
 #include <atomic>
@@ -13,7 +14,7 @@ namespace kestrum::ffmpeg {
 
 class FfmpegMuxer;
 
-// The video track: BGRA frames are queued by the capture thread and converted (libswscale) and
+// The video track: BGRA frames are queued by the capture thread and converted (VideoFrameConverter) and
 // encoded on the input's own thread, "kestrum-video". Variable frame rate: each frame keeps its own
 // time, movie time = host time - session start in 1/90000 s; frames before the session start, or not
 // later than the previous one, are dropped; nothing is duplicated. A key frame is forced whenever the
@@ -61,7 +62,7 @@ class FfmpegVideoInput final : public FfmpegTrackInput {
     std::shared_ptr<FfmpegMuxer> muxer_;
     OpenedVideoEncoder encoder_;
     int streamIndex_ = -1;
-    SwsContext* scaler_ = nullptr;  // owned, cached per source size
+    VideoFrameConverter converter_;
     FramePtr softwareFrame_;
     FramePtr hardwareFrame_;
     PacketPtr pending_;  // held back until the next packet gives its duration

@@ -55,6 +55,12 @@ void applyRateControl(AVCodecContext& context, const VideoOutputSettings& settin
     context.gop_size = settings.maxKeyFrameInterval;
     context.max_b_frames = 0;
     context.thread_count = 0;  // as many as the encoder finds useful, like the ffmpeg program's "auto"
+    // The frames are converted from the screen's sRGB with the BT.601 matrix in limited range; said so in
+    // the stream, players do not guess the HD matrix and shift the colours.
+    context.colorspace = AVCOL_SPC_SMPTE170M;
+    context.color_range = AVCOL_RANGE_MPEG;
+    context.color_primaries = AVCOL_PRI_BT709;
+    context.color_trc = AVCOL_TRC_IEC61966_2_1;
     if (settings.codec == VideoCodec::h264 && settings.h264HighAutoLevel)
         context.profile = FF_PROFILE_H264_HIGH;
     if (globalHeader) context.flags |= AV_CODEC_FLAG_GLOBAL_HEADER;

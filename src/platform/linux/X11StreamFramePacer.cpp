@@ -21,14 +21,17 @@ X11StreamFramePacer::TimePoint X11StreamFramePacer::deadline() const {
 
 std::int64_t X11StreamFramePacer::advance(TimePoint now) {
     const std::int64_t elapsedNs = std::chrono::nanoseconds(now - anchor_).count();
-    // An estimate from the rate, then corrected for the truncation of the offsets: the first index
-    // whose deadline is strictly after `now`.
-    std::int64_t next = elapsedNs < 0 ? 0 : elapsedNs * frameRate_ / kNanosecondsPerSecond + 1;
-    while (next > 0 && offsetOf(next - 1).count() > elapsedNs) --next;
-    while (offsetOf(next).count() <= elapsedNs) ++next;
-    if (next <= index_) next = index_ + 1;
-    const std::int64_t skipped = next - index_ - 1;
-    index_ = next;
+    if (elapsedNs < offsetOf(index_ + 1).count()) {
+        ++index_;
+        return 0;
+    }
+    // An estimate from the rate, then corrected for the truncation of the offsets: the last index whose
+    // deadline is not after `now`.
+    std::int64_t latest = elapsedNs * frameRate_ / kNanosecondsPerSecond;
+    while (offsetOf(latest).count() > elapsedNs) --latest;
+    while (offsetOf(latest + 1).count() <= elapsedNs) ++latest;
+    const std::int64_t skipped = latest - index_ - 1;
+    index_ = latest;
     return skipped;
 }
 

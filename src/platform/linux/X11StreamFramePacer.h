@@ -7,7 +7,9 @@ namespace kestrum {
 
 // The deadline grid of a window stream's reads: deadline k lies k / frameRate seconds after the anchor,
 // computed from k each time so that rounding of the interval never accumulates into drift. A read that
-// overruns makes the grid skip the deadlines it missed instead of catching up in a burst.
+// overruns is followed at once by a read for the last deadline it missed, so a hiccup shorter than an
+// interval (an encoder starting up, a busy X server) costs no frame; only deadlines older than that are
+// skipped, never caught up in a burst.
 //
 // Owned and used by the capture thread only.
 class X11StreamFramePacer {
@@ -20,8 +22,8 @@ class X11StreamFramePacer {
     TimePoint deadline() const;
     int frameRate() const { return frameRate_; }
 
-    // Moves to the first deadline of the grid strictly after `now`, and at least to the next one. Gives
-    // the number of deadlines passed over on the way: 0 when the read ended before the next deadline.
+    // Moves to the latest deadline at or before `now` when the read overran it (the next read is due at
+    // once), otherwise to the next deadline. Gives the number of deadlines passed over on the way.
     std::int64_t advance(TimePoint now);
 
     // Starts a grid of another rate at the current deadline (a configuration changed by the client).

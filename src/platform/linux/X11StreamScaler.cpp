@@ -23,10 +23,17 @@ SwsContext* makeContext(int sourceWidth, int sourceHeight, AVPixelFormat sourceF
                           nullptr, nullptr, nullptr);
 }
 
-std::shared_ptr<const PixelBuffer> copyOpaque(const std::uint8_t* pixels, int width, int height,
-                                              int sourceBytesPerRow) {
+// Pictures in flight at once: the writer's queue, the one being encoded, the capturer's last seen one
+// and the one being read. More than these may wait in the pool.
+constexpr std::size_t kIdlePictures = 8;
+
+std::size_t byteCountOf(int bytesPerRow, int height) {
+    return static_cast<std::size_t>(bytesPerRow) * static_cast<std::size_t>(height);
+}
+
+void copyOpaque(const std::uint8_t* pixels, int width, int height, int sourceBytesPerRow,
+                std::vector<std::uint8_t>& bytes) {
     const int bytesPerRow = width * 4;
-    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(bytesPerRow) * static_cast<std::size_t>(height));
     for (int row = 0; row < height; ++row) {
         const std::uint8_t* source = pixels + static_cast<std::size_t>(row) * sourceBytesPerRow;
         std::uint8_t* target = bytes.data() + static_cast<std::size_t>(row) * bytesPerRow;
@@ -37,7 +44,6 @@ std::shared_ptr<const PixelBuffer> copyOpaque(const std::uint8_t* pixels, int wi
             std::memcpy(target + column * 4, &pixel, 4);
         }
     }
-    return PixelBuffer::make(width, height, bytesPerRow, std::move(bytes));
 }
 
 }  // namespace
@@ -70,6 +76,8 @@ X11StreamScaler::Pipeline::~Pipeline() {
     sws_freeContext(toPacked);
 }
 
+X11StreamScaler::X11StreamScaler() : pool_(kIdlePictures) {}
+
 X11StreamScaler::~X11StreamScaler() = default;
 
 X11StreamScaler::Pipeline* X11StreamScaler::pipelineFor(const SizePair& sizes) {
@@ -85,8 +93,11 @@ X11StreamScaler::Pipeline* X11StreamScaler::pipelineFor(const SizePair& sizes) {
 std::shared_ptr<const PixelBuffer> X11StreamScaler::scale(const std::uint8_t* pixels, int sourceWidth,
                                                           int sourceHeight, int sourceBytesPerRow, int width,
                                                           int height) {
+    const int bytesPerRow = width * 4;
     if (sourceWidth == width && sourceHeight == height) {
-        return copyOpaque(pixels, width, height, sourceBytesPerRow);
+        std::vector<std::uint8_t> bytes = pool_.take(byteCountOf(bytesPerRow, height));
+        copyOpaque(pixels, width, height, sourceBytesPerRow, bytes);
+        return pool_.make(width, height, bytesPerRow, std::move(bytes));
     }
     Pipeline* pipeline = pipelineFor({sourceWidth, sourceHeight, width, height});
     if (!pipeline) return nullptr;
@@ -96,15 +107,14 @@ std::shared_ptr<const PixelBuffer> X11StreamScaler::scale(const std::uint8_t* pi
               pipeline->sourcePlanes.data, pipeline->sourcePlanes.bytesPerRow);
     sws_scale(pipeline->resize, pipeline->sourcePlanes.data, pipeline->sourcePlanes.bytesPerRow, 0,
               sourceHeight, pipeline->outputPlanes.data, pipeline->outputPlanes.bytesPerRow);
-    const int bytesPerRow = width * 4;
-    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(bytesPerRow) * static_cast<std::size_t>(height));
+    std::vector<std::uint8_t> bytes = pool_.take(byteCountOf(bytesPerRow, height));
     std::uint8_t* const packedOutput[4] = {bytes.data(), nullptr, nullptr, nullptr};
     const int packedOutputBytesPerRow[4] = {bytesPerRow, 0, 0, 0};
     const int rows =
         sws_scale(pipeline->toPacked, pipeline->outputPlanes.data, pipeline->outputPlanes.bytesPerRow, 0,
                   height, packedOutput, packedOutputBytesPerRow);
     if (rows != height) return nullptr;
-    return PixelBuffer::make(width, height, bytesPerRow, std::move(bytes));
+    return pool_.make(width, height, bytesPerRow, std::move(bytes));
 }
 
 }  // namespace kestrum

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "media/PixelBuffer.h"
+#include "media/PixelBufferPool.h"
 
 #include <map>
 #include <memory>
@@ -20,10 +20,12 @@ namespace kestrum {
 // shimmer.
 //
 // The libswscale stages and their planes are built once per pair of source and output sizes and kept: a
-// window that goes back and forth between two sizes does not rebuild them each time. Capture thread only.
+// window that goes back and forth between two sizes does not rebuild them each time. The pictures' stores
+// come from a pool and go back to it when the writer and the capturer are done with them. Capture thread
+// only.
 class X11StreamScaler {
   public:
-    X11StreamScaler() = default;
+    X11StreamScaler();
     ~X11StreamScaler();
     X11StreamScaler(const X11StreamScaler&) = delete;
     X11StreamScaler& operator=(const X11StreamScaler&) = delete;
@@ -61,6 +63,7 @@ class X11StreamScaler {
     Pipeline* pipelineFor(const SizePair& sizes);
 
     std::map<SizePair, std::unique_ptr<Pipeline>> pipelines_;
+    PixelBufferPool pool_;
 };
 
 }  // namespace kestrum

@@ -120,7 +120,7 @@ TEST(MovieWriter, EndsInTheStatusOfHowItStopped) {
         EXPECT_EQ(writer->status(), MovieWriterStatus::writing);
         writer->startSession(kStartNs);
         for (int index = 0; index < c.frames; ++index) {
-            ASSERT_TRUE(appendWhenReady(*video, makeFrame(160, 90, index), kStartNs + index * 33'333'333));
+            ASSERT_TRUE(appendWhenReady(*video, makeFrame(160, 90, index), kStartNs + index * 33'333'333LL));
         }
         if (c.cancel) {
             writer->cancelWriting();
@@ -175,7 +175,8 @@ TEST(MovieWriter, FullDiskFailsWithTheErrorAndLaterWritesAreNoOps) {
     {
         const FileSizeLimit limit(48 * 1024);
         for (int index = 0; index < 300 && writer->status() == MovieWriterStatus::writing; ++index) {
-            appendWhenReady(*video, makeFrame(640, 360, index), kStartNs + index * 33'333'333, writer.get());
+            appendWhenReady(*video, makeFrame(640, 360, index), kStartNs + index * 33'333'333LL,
+                            writer.get());
         }
         if (writer->status() == MovieWriterStatus::writing) {
             ASSERT_TRUE(finishAndWait(*writer));
@@ -212,12 +213,12 @@ TEST(MovieWriter, FullQueueRefusesAndCounts) {
     const auto frame = makeFrame(1920, 1080, 0);
     std::vector<AudioSampleBuffer> buffers;
     for (int index = 0; index < 60; ++index) {
-        buffers.push_back(makeAudio(AudioFormatDescription{}, kStartNs + index * 100'000'000, 4800, kStartNs,
-                                    beepEverySecond()));
+        buffers.push_back(makeAudio(AudioFormatDescription{}, kStartNs + index * 100'000'000LL, 4800,
+                                    kStartNs, beepEverySecond()));
     }
     const std::vector<Case> cases{
         {"video frames", video.get(),
-         [&](int index) { return video->append(frame, kStartNs + index * 16'666'667); }},
+         [&](int index) { return video->append(frame, kStartNs + index * 16'666'667LL); }},
         {"audio buffers", audio.get(),
          [&](int index) { return audio->append(std::move(buffers[static_cast<std::size_t>(index)])); }},
     };

@@ -62,6 +62,11 @@ TEST(MovieWriter, TracksHaveTheirOrderTypesCodecsAndDurations) {
         EXPECT_EQ(video.value(QStringLiteral("width")).toInt(), c.width);
         EXPECT_EQ(video.value(QStringLiteral("height")).toInt(), c.height);
         EXPECT_NEAR(video.value(QStringLiteral("duration")).toString().toDouble(), 2.0, 0.05);
+        // The matrix the frames were converted with, so that players do not assume the HD one.
+        EXPECT_EQ(video.value(QStringLiteral("color_space")).toString(), QStringLiteral("smpte170m"));
+        EXPECT_EQ(video.value(QStringLiteral("color_range")).toString(), QStringLiteral("tv"));
+        EXPECT_EQ(video.value(QStringLiteral("color_primaries")).toString(), QStringLiteral("bt709"));
+        EXPECT_EQ(video.value(QStringLiteral("color_transfer")).toString(), QStringLiteral("iec61966-2-1"));
         for (int track = 1; track <= c.audioTracks; ++track) {
             SCOPED_TRACE(track);
             const QJsonObject audio = streams[track].toObject();

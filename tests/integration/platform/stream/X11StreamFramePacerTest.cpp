@@ -13,8 +13,8 @@ using TimePoint = X11StreamFramePacer::TimePoint;
 
 const TimePoint kAnchor = TimePoint() + std::chrono::hours(5);
 
-// A read that ended at `endNs` after the anchor; the pacer must then wait for `deadlineNs` and report
-// `skipped` deadlines passed over.
+// A read that ended at `endNs` after the anchor; the next read is then due at `deadlineNs` (at once when
+// that is not after `endNs`) and `skipped` deadlines were passed over.
 struct Step {
     std::int64_t endNs;
     std::int64_t deadlineNs;
@@ -45,25 +45,29 @@ INSTANTIATE_TEST_SUITE_P(
         PacingRow{"quick reads at 30 FPS keep every deadline",
                   30,
                   {{5'000'000, 33'333'333, 0}, {38'000'000, 66'666'666, 0}, {70'000'000, 100'000'000, 0}}},
-        PacingRow{"a read that overruns two intervals skips two deadlines, no burst",
+        PacingRow{"an overrun of two intervals reads at once for the last missed deadline, skips one",
                   30,
-                  {{70'000'000, 100'000'000, 2}, {101'000'000, 133'333'333, 0}}},
-        PacingRow{
-            "a read ending on a deadline waits for the one after it", 60, {{16'666'666, 33'333'333, 1}}},
+                  {{70'000'000, 66'666'666, 1}, {75'000'000, 100'000'000, 0}}},
+        PacingRow{"an overrun shorter than an interval costs no deadline",
+                  30,
+                  {{40'000'000, 33'333'333, 0}, {45'000'000, 66'666'666, 0}}},
+        PacingRow{"a read ending on a deadline is followed at once by the read for it",
+                  60,
+                  {{16'666'666, 16'666'666, 0}}},
         PacingRow{
             "a clock reading before the anchor still moves one step", 30, {{-5'000'000, 33'333'333, 0}}},
         PacingRow{"at 60 FPS the grid lands on whole seconds without drift",
                   60,
-                  {{999'000'000, 1'000'000'000, 59}, {60'000'000'000, 60'016'666'666, 3540}}}),
+                  {{999'000'000, 983'333'333, 58}, {60'000'000'000, 60'000'000'000, 3540}}}),
     [](const testing::TestParamInfo<PacingRow>& info) { return "Row" + std::to_string(info.index); });
 
 TEST(X11StreamFramePacer, ANewRateStartsItsGridAtTheCurrentDeadline) {
     X11StreamFramePacer pacer(kAnchor, 30);
-    pacer.advance(kAnchor + nanoseconds(95'000'000));  // now at 100 ms, two skipped
+    pacer.advance(kAnchor + nanoseconds(5'000'000));  // next at 33.3 ms
     pacer.retime(60);
-    EXPECT_EQ(pacer.deadline(), kAnchor + nanoseconds(100'000'000));
-    EXPECT_EQ(pacer.advance(kAnchor + nanoseconds(101'000'000)), 0);
-    EXPECT_EQ(pacer.deadline(), kAnchor + nanoseconds(116'666'666));
+    EXPECT_EQ(pacer.deadline(), kAnchor + nanoseconds(33'333'333));
+    EXPECT_EQ(pacer.advance(kAnchor + nanoseconds(34'000'000)), 0);
+    EXPECT_EQ(pacer.deadline(), kAnchor + nanoseconds(49'999'999));
     EXPECT_EQ(pacer.frameRate(), 60);
 }
 
