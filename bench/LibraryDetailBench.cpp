@@ -4,6 +4,7 @@
 // movie written by the application's own writer, made afresh and read back from the disk cache.
 // Prints `figure <name> <value> <unit>` lines, medians of repeated runs; asserts nothing.
 #include "BenchTiming.h"
+#include "SyntheticPlayers.h"
 #include "core/async/Detached.h"
 #include "core/library/detail/RecordingDetailLoader.h"
 #include "core/telemetry/RecordingSidecarStore.h"
@@ -43,26 +44,6 @@ double medianMilliseconds(int runs, const std::function<void()>& body) {
     return bench::medianMilliseconds(runs, body, [] { utilityPool().waitForDone(); });
 }
 
-RecordingScoreboardPlayer makePlayer(int snapshot, int index) {
-    static const char* const kChampions[] = {"Kayn",  "Lux",     "Ahri",    "Rell",   "Jinx",
-                                             "Garen", "Sejuani", "Orianna", "Kai'Sa", "Nautilus"};
-    RecordingScoreboardPlayer player;
-    player.championName = kChampions[index];
-    player.isDead = (snapshot + index) % 17 == 0;
-    for (int slot = 0; slot < 6; ++slot) {
-        player.items.push_back({1, "Youmuu's Ghostblade", 3000 + slot * 37 + index, 300 + slot * 450, slot});
-    }
-    player.level = 1 + snapshot / 200;
-    player.position = index % 5 == 1 ? "JUNGLE" : "MIDDLE";
-    player.rawChampionName = std::string("game_character_displayname_") + kChampions[index];
-    player.respawnTimer = player.isDead ? 12.5 + snapshot * 0.013 : 0;
-    player.riotId = std::string("Player ") + std::to_string(index) + "#EUW";
-    player.scores = {snapshot / 300, snapshot / 12 + index, snapshot / 400, snapshot / 350};
-    player.summonerName = *player.riotId;
-    player.team = index < 5 ? "ORDER" : "CHAOS";
-    return player;
-}
-
 // A long game's document of about kSidecarBytes: 300 events and a snapshot of ten players a second.
 RecordingSessionData makeLongGame() {
     RecordingSessionData session;
@@ -78,12 +59,13 @@ RecordingSessionData makeLongGame() {
     session.scoreboard.emplace();
     RecordingSessionData oneSnapshot;
     oneSnapshot.scoreboard.emplace(1, RecordingScoreboardSnapshot{1.0, 1.0, {}});
-    for (int p = 0; p < 10; ++p) oneSnapshot.scoreboard->front().players.push_back(makePlayer(1, p));
+    for (int p = 0; p < 10; ++p)
+        oneSnapshot.scoreboard->front().players.push_back(bench::syntheticPlayer(1, p));
     const std::size_t snapshotBytes = encodeSessionData(oneSnapshot).value().size();
     const auto snapshots = static_cast<int>(kSidecarBytes / snapshotBytes);
     for (int s = 0; s < snapshots; ++s) {
         RecordingScoreboardSnapshot snapshot{3.4 + s * 1.0000123, 1.25 + s * 1.0000071, {}};
-        for (int p = 0; p < 10; ++p) snapshot.players.push_back(makePlayer(s, p));
+        for (int p = 0; p < 10; ++p) snapshot.players.push_back(bench::syntheticPlayer(s, p));
         session.scoreboard->push_back(std::move(snapshot));
     }
     return session;

@@ -5,6 +5,7 @@
 // write per sidecar). The files are fresh in the page cache, so the cold figures measure the scanner's
 // work, not the disk. Prints `figure <name> <value> <unit>` lines, medians of repeated runs.
 #include "BenchTiming.h"
+#include "SyntheticPlayers.h"
 #include "core/library/RecordingLibraryScanner.h"
 #include "core/telemetry/RecordingSidecarStore.h"
 #include "core/telemetry/SessionDocumentBuilder.h"
@@ -62,26 +63,16 @@ bool makeSmallLibrary(const QString& root) {
     return true;
 }
 
-RecordingScoreboardPlayer benchPlayer(int snapshot, int index) {
-    static const char* const kChampions[] = {"Kayn",  "Lux",     "Ahri",    "Rell",   "Jinx",
-                                             "Garen", "Sejuani", "Orianna", "Kai'Sa", "Nautilus"};
-    static const char* const kPositions[] = {"TOP", "JUNGLE", "MIDDLE", "BOTTOM", "UTILITY"};
-    RecordingScoreboardPlayer player;
-    player.championName = kChampions[index];
-    player.rawChampionName = std::string("game_character_displayname_") + kChampions[index];
-    player.position = kPositions[index % 5];
+// A player whose items turn legendary as the game goes on, one slot every ten minutes, so that the scan
+// has a purchase order to derive.
+RecordingScoreboardPlayer playerBuyingLegendaries(int snapshot, int index) {
+    RecordingScoreboardPlayer player = bench::syntheticPlayer(snapshot, index);
+    player.items.clear();
     for (int slot = 0; slot < 7; ++slot) {
         const std::int64_t itemID =
             slot == 6 ? 3340 : (snapshot / 600 > slot ? 3031 + slot * 47 : 1001 + slot);
         player.items.push_back({1, "Infinity Edge of the long name", itemID, 3400, slot});
     }
-    player.level = 1 + snapshot / 250;
-    player.riotId = std::string("Player ") + std::to_string(index) + "#EUW";
-    player.riotIdGameName = std::string("Player ") + std::to_string(index);
-    player.riotIdTagLine = "EUW";
-    player.scores = {snapshot / 300, snapshot / 12 + index, snapshot / 400, snapshot / 350};
-    player.summonerName = *player.riotId;
-    player.team = index < 5 ? "ORDER" : "CHAOS";
     return player;
 }
 
@@ -91,7 +82,8 @@ std::optional<std::string> largeSidecar(const std::optional<std::string>& title)
     session.title = title;
     const auto snapshot = [](int index) {
         RecordingScoreboardSnapshot taken{3.4 + index, 1.25 + index, {}};
-        for (int player = 0; player < 10; ++player) taken.players.push_back(benchPlayer(index, player));
+        for (int player = 0; player < 10; ++player)
+            taken.players.push_back(playerBuyingLegendaries(index, player));
         return taken;
     };
     RecordingSessionData oneSnapshot;

@@ -1,6 +1,7 @@
 // Measures the session document codec on the document of a long game (an hour of snapshots): a bare
 // RapidJSON DOM parse of the same bytes with the same flags as the reference, the full decode into
 // records, and the encode. Prints `figure <name> <value> <unit>` lines; asserts nothing.
+#include "SyntheticPlayers.h"
 #include "core/telemetry/SessionDocumentCodec.h"
 
 #include <rapidjson/document.h>
@@ -27,7 +28,6 @@ using kestrum::RecordingSessionData;
 
 constexpr int kSnapshots = 3600;
 constexpr int kPlayers = 10;
-constexpr int kItems = 6;
 constexpr int kEvents = 300;
 constexpr int kRepetitions = 9;
 
@@ -36,31 +36,6 @@ constexpr int kRepetitions = 9;
 // misreads some), which the comparison therefore includes.
 constexpr unsigned kReferenceParseFlags = rapidjson::kParseValidateEncodingFlag |
                                           rapidjson::kParseFullPrecisionFlag | rapidjson::kParseIterativeFlag;
-
-RecordingScoreboardPlayer makePlayer(int snapshot, int index) {
-    static const char* const kChampions[] = {"Kayn",  "Lux",     "Ahri",    "Rell",   "Jinx",
-                                             "Garen", "Sejuani", "Orianna", "Kai'Sa", "Nautilus"};
-    static const char* const kItemNames[] = {"Youmuu's Ghostblade", "Plated Steelcaps", "Health Potion",
-                                             "Stealth Ward",        "Serylda's Grudge", "Edge of Night"};
-    RecordingScoreboardPlayer player;
-    player.championName = kChampions[index];
-    player.isDead = (snapshot + index) % 17 == 0;
-    for (int slot = 0; slot < kItems; ++slot) {
-        player.items.push_back(
-            {1 + slot % 2, kItemNames[slot], 3000 + slot * 37 + index, 300 + slot * 450, slot});
-    }
-    player.level = 1 + snapshot / 200;
-    player.position = index % 5 == 1 ? "JUNGLE" : "MIDDLE";
-    player.rawChampionName = std::string("game_character_displayname_") + kChampions[index];
-    player.respawnTimer = player.isDead ? 12.5 + snapshot * 0.013 : 0;
-    player.riotId = std::string("Player ") + std::to_string(index) + "#EUW";
-    player.riotIdGameName = std::string("Player ") + std::to_string(index);
-    player.riotIdTagLine = "EUW";
-    player.scores = {snapshot / 300, snapshot / 12 + index, snapshot / 400, snapshot / 350};
-    player.summonerName = *player.riotId;
-    player.team = index < 5 ? "ORDER" : "CHAOS";
-    return player;
-}
 
 RecordingSessionData makeLongGame() {
     RecordingSessionData session;
@@ -83,7 +58,7 @@ RecordingSessionData makeLongGame() {
     session.scoreboard.emplace();
     for (int s = 0; s < kSnapshots; ++s) {
         RecordingScoreboardSnapshot snapshot{3.4 + s * 1.0000123, 1.25 + s * 1.0000071, {}};
-        for (int p = 0; p < kPlayers; ++p) snapshot.players.push_back(makePlayer(s, p));
+        for (int p = 0; p < kPlayers; ++p) snapshot.players.push_back(kestrum::bench::syntheticPlayer(s, p));
         session.scoreboard->push_back(std::move(snapshot));
     }
     session.apmSamples.emplace();
