@@ -5,7 +5,7 @@
 // Prints `figure <name> <value> <unit>` lines, medians of repeated runs; asserts nothing.
 #include "BenchTiming.h"
 #include "SyntheticPlayers.h"
-#include "core/async/Detached.h"
+#include "base/async/Detached.h"
 #include "core/library/detail/RecordingDetailLoader.h"
 #include "core/telemetry/RecordingSidecarStore.h"
 #include "core/telemetry/SessionDocumentBuilder.h"

@@ -2,7 +2,7 @@
 // applications; and the storage walk of a recordings folder of 5,000 files, which runs at every refresh
 // outside a recording. Prints `figure <name> <value> <unit>` lines, medians of repeated runs.
 #include "BenchTiming.h"
-#include "core/async/ManualClock.h"
+#include "base/async/ManualClock.h"
 #include "core/recording/RecordingCoordinator.h"
 #include "core/recording/RecordingFolderStore.h"
 #include "core/recording/RecordingStorageBudget.h"

@@ -2,7 +2,7 @@
 // the whole process and the X server (which does the copy into shared memory), and the spread of the
 // intervals between delivered frames. A painter thread redraws the window at the stream's rate, as a game
 // would, so every frame is a changed one. Prints `figure <name> <value> <unit>` lines.
-#include "platform/linux/X11WindowStream.h"
+#include "platform/linux/x11/X11WindowStream.h"
 #include "support/DisplayServers.h"
 
 #include <QCoreApplication>

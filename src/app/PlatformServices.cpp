@@ -10,13 +10,13 @@
 #include "platform/fake/FakeSystemLog.h"
 #include "platform/fake/FakeWindowStream.h"
 #include "platform/fake/FakeWorkspace.h"
-#include "platform/linux/LinuxWorkspace.h"
-#include "platform/linux/PulseAudioStreamFactory.h"
-#include "platform/linux/PulseMicrophoneAccess.h"
-#include "platform/linux/SyslogSystemLog.h"
-#include "platform/linux/X11ScreenCaptureAccess.h"
-#include "platform/linux/X11ShareableContent.h"
-#include "platform/linux/X11WindowStreamFactory.h"
+#include "platform/linux/pulse/PulseAudioStreamFactory.h"
+#include "platform/linux/pulse/PulseMicrophoneAccess.h"
+#include "platform/linux/syslog/SyslogSystemLog.h"
+#include "platform/linux/x11/LinuxWorkspace.h"
+#include "platform/linux/x11/X11ScreenCaptureAccess.h"
+#include "platform/linux/x11/X11ShareableContent.h"
+#include "platform/linux/x11/X11WindowStreamFactory.h"
 
 namespace kestrum {
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/log/SystemLog.h"
 #include "media/MovieWriterFactory.h"
 #include "platform/ports/AudioStream.h"
 #include "platform/ports/FolderPicker.h"
@@ -7,7 +8,6 @@
 #include "platform/ports/ScreenCaptureAccess.h"
 #include "platform/ports/SettingsOpener.h"
 #include "platform/ports/ShareableContent.h"
-#include "platform/ports/SystemLog.h"
 #include "platform/ports/WindowStream.h"
 #include "platform/ports/Workspace.h"
 

@@ -1,6 +1,6 @@
 #include "app/RecordingSide.h"
 
-#include "core/log/CaptureLog.h"
+#include "base/log/CaptureLog.h"
 #include "core/settings/UserDefaults.h"
 
 namespace kestrum {

@@ -3,7 +3,7 @@
 // after an active recording has been finalised and saved.
 #include "app/RecordingSide.h"
 #include "app/TerminationSignals.h"
-#include "core/async/Job.h"
+#include "base/async/Job.h"
 
 #include <QGuiApplication>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/common/HostTime.h"
-#include "core/common/Result.h"
+#include "base/common/HostTime.h"
+#include "base/common/Result.h"
 #include "media/MovieOutputSettings.h"
 #include "media/MovieWriterInput.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/common/Result.h"
+#include "base/common/Result.h"
 #include "media/MovieWriter.h"
 
 #include <QString>

@@ -1,6 +1,6 @@
 #include "EndToEndRig.h"
 
-#include "core/common/HostTime.h"
+#include "base/common/HostTime.h"
 #include "support/TestEnvironment.h"
 
 #include <QDir>

@@ -2,7 +2,7 @@
 // sound server; the saved movie and document read back by ffprobe, ffmpeg and the clock stripe.
 #include "ClockStripe.h"
 #include "EndToEndRig.h"
-#include "core/common/HostTime.h"
+#include "base/common/HostTime.h"
 #include "core/telemetry/SessionDocumentCodec.h"
 #include "support/QtPrinters.h"
 #include "support/TestEnvironment.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/log/CaptureLog.h"
+#include "base/log/CaptureLog.h"
 #include "platform/fake/FakeSystemLog.h"
 #include "support/QtPrinters.h"
 

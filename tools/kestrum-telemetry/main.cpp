@@ -7,7 +7,7 @@
 #include "EventsCommand.h"
 #include "StderrSystemLog.h"
 
-#include "core/log/CaptureLog.h"
+#include "base/log/CaptureLog.h"
 
 #include <QCoreApplication>
 #include <QTimer>

@@ -1,8 +1,8 @@
 #include "core/assets/DataDragonAssetStore.h"
 
-#include "core/common/AtomicFileWrite.h"
+#include "base/common/AtomicFileWrite.h"
 
-#include "core/async/Detached.h"
+#include "base/async/Detached.h"
 #include "core/json/JsonDocument.h"
 #include "core/settings/SettingsKeys.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/async/Job.h"
+#include "base/async/Job.h"
 #include "core/settings/UserDefaults.h"
 
 #include <QCache>

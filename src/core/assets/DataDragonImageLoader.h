@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/async/Clock.h"
+#include "base/async/Job.h"
 #include "core/assets/DataDragonAssetStore.h"
-#include "core/async/Clock.h"
-#include "core/async/Job.h"
 
 #include <QImage>
 #include <QString>

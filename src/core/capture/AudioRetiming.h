@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/common/HostTime.h"
-#include "media/AudioSampleBuffer.h"
+#include "base/common/HostTime.h"
+#include "base/media/AudioSampleBuffer.h"
 
 #include <optional>
 

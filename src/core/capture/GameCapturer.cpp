@@ -1,9 +1,9 @@
 #include "core/capture/GameCapturer.h"
 
+#include "base/log/CaptureLog.h"
 #include "core/capture/CaptureLogText.h"
 #include "core/capture/GameWindowSearch.h"
 #include "core/capture/RecordingCaptureSetup.h"
-#include "core/log/CaptureLog.h"
 #include "core/recording/StandardOutput.h"
 
 #include <QFile>

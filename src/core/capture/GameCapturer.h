@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/async/CancellationToken.h"
-#include "core/async/Clock.h"
-#include "core/async/SerialQueue.h"
+#include "base/async/CancellationToken.h"
+#include "base/async/Clock.h"
+#include "base/async/SerialQueue.h"
 #include "core/capture/LeagueGameFocusMonitor.h"
 #include "core/capture/RecordingCaptureSettings.h"
 #include "core/capture/audio/RecordingAudioDynamicsProcessor.h"

@@ -1,6 +1,6 @@
 // The capturer's audio stream: the system's sound and the microphone of the display that shows the game.
+#include "base/log/CaptureLog.h"
 #include "core/capture/GameCapturer.h"
-#include "core/log/CaptureLog.h"
 
 namespace kestrum {
 

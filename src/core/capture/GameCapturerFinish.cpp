@@ -1,7 +1,7 @@
 // The end of a capture: the streams stopped, the movie finalised and handed to the save path.
+#include "base/log/CaptureLog.h"
 #include "core/capture/CaptureLogText.h"
 #include "core/capture/GameCapturer.h"
-#include "core/log/CaptureLog.h"
 
 #include <QCoroFuture>
 

@@ -1,8 +1,8 @@
 // The capturer's work on writeQueue: the stream samples, the focus changes and the privacy screen.
+#include "base/log/CaptureLog.h"
 #include "core/capture/AudioRetiming.h"
 #include "core/capture/CaptureLogText.h"
 #include "core/capture/GameCapturer.h"
-#include "core/log/CaptureLog.h"
 #include "core/recording/StandardOutput.h"
 
 #include <chrono>

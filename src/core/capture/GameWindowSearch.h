@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/async/CancellationToken.h"
-#include "core/async/Clock.h"
-#include "core/common/Result.h"
+#include "base/async/CancellationToken.h"
+#include "base/async/Clock.h"
+#include "base/common/Result.h"
 #include "platform/ports/ShareableContent.h"
 #include "platform/ports/Workspace.h"
 

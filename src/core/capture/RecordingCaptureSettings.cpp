@@ -1,6 +1,6 @@
 #include "core/capture/RecordingCaptureSettings.h"
 
-#include "core/log/CaptureLog.h"
+#include "base/log/CaptureLog.h"
 #include "core/settings/SettingsKeys.h"
 #include "core/settings/SettingsReaders.h"
 

@@ -1,6 +1,6 @@
 #include "core/capture/RecordingCaptureSetup.h"
 
-#include "core/log/CaptureLog.h"
+#include "base/log/CaptureLog.h"
 #include "media/MovieOutputSettings.h"
 
 #include <QDir>

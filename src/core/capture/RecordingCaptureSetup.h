@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/common/Result.h"
+#include "base/common/Result.h"
 #include "core/settings/RecordingVideoResolution.h"
 #include "core/settings/VideoFrameRate.h"
 #include "media/MovieWriterFactory.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/common/Result.h"
+#include "base/common/Result.h"
 #include "core/json/JsonFailure.h"
 #include "core/json/JsonWriter.h"
 #include "core/json/ValueCodec.h"

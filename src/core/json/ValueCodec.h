@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/common/ReferenceDate.h"
+#include "base/common/ReferenceDate.h"
 #include "core/json/FieldTable.h"
 #include "core/json/JsonFailure.h"
 #include "core/json/JsonValueKind.h"

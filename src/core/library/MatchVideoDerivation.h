@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/common/ReferenceDate.h"
+#include "base/common/ReferenceDate.h"
 #include "core/library/LocalPlayerSearch.h"
 #include "core/library/MatchVideo.h"
 #include "core/library/ParsedRecordingFileName.h"

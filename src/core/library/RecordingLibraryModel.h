@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/common/Result.h"
+#include "base/common/Result.h"
 #include "core/library/LibrarySelection.h"
 #include "core/library/MatchVideo.h"
 #include "core/library/RecordingGameSession.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/async/SerialQueue.h"
-#include "core/common/ReferenceDate.h"
-#include "core/common/Result.h"
+#include "base/async/SerialQueue.h"
+#include "base/common/ReferenceDate.h"
+#include "base/common/Result.h"
 #include "core/library/MatchVideo.h"
 
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "core/library/SidecarTitleRepair.h"
 
-#include "core/common/ReferenceDate.h"
+#include "base/common/ReferenceDate.h"
 #include "core/telemetry/SessionDocumentBuilder.h"
 
 #include <utility>

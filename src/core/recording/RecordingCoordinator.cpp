@@ -1,6 +1,6 @@
 #include "core/recording/RecordingCoordinator.h"
 
-#include "core/log/CaptureLog.h"
+#include "base/log/CaptureLog.h"
 #include "core/recording/RecordingBundleIdentifiers.h"
 #include "core/recording/StandardOutput.h"
 

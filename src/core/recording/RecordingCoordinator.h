@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/async/Clock.h"
-#include "core/async/Job.h"
-#include "core/common/ReferenceDate.h"
+#include "base/async/Clock.h"
+#include "base/async/Job.h"
+#include "base/common/ReferenceDate.h"
 #include "core/recording/RecordingCapturer.h"
 #include "core/recording/RecordingLiveClient.h"
 #include "core/recording/RecordingStatus.h"

@@ -1,6 +1,6 @@
 #include "core/recording/RecordingFolderStore.h"
 
-#include "core/log/CaptureLog.h"
+#include "base/log/CaptureLog.h"
 #include "core/recording/RecordingStorageBudget.h"
 #include "core/settings/SettingsKeys.h"
 

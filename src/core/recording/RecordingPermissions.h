@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/async/CancellationToken.h"
-#include "core/async/Clock.h"
+#include "base/async/CancellationToken.h"
+#include "base/async/Clock.h"
 #include "platform/ports/MicrophoneAccess.h"
 #include "platform/ports/ScreenCaptureAccess.h"
 #include "platform/ports/SettingsOpener.h"

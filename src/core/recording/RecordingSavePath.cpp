@@ -1,7 +1,7 @@
 #include "core/recording/RecordingSavePath.h"
 
-#include "core/async/Detached.h"
-#include "core/log/CaptureLog.h"
+#include "base/async/Detached.h"
+#include "base/log/CaptureLog.h"
 #include "core/notifications/RecordingNotifications.h"
 #include "core/recording/RecordingFileName.h"
 #include "core/recording/StandardOutput.h"

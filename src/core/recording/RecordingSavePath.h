@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/common/ReferenceDate.h"
-#include "core/common/Result.h"
+#include "base/common/ReferenceDate.h"
+#include "base/common/Result.h"
 #include "core/notifications/NotificationCenter.h"
 #include "core/recording/RecordingFolderStore.h"
 #include "core/telemetry/RecordingEvent.h"

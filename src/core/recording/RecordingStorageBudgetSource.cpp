@@ -1,6 +1,6 @@
 #include "core/recording/RecordingStorageBudgetSource.h"
 
-#include "core/async/Detached.h"
+#include "base/async/Detached.h"
 #include "core/recording/RecordingStorageBudget.h"
 
 namespace kestrum {

@@ -1,6 +1,6 @@
 #include "core/settings/UserDefaults.h"
 
-#include "core/log/CaptureLog.h"
+#include "base/log/CaptureLog.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/common/ReferenceDate.h"
+#include "base/common/ReferenceDate.h"
 
 #include <cstdint>
 #include <optional>

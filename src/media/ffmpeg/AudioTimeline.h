@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/common/HostTime.h"
+#include "base/common/HostTime.h"
 
 #include <cstdint>
 

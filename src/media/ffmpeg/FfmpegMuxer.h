@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/common/Result.h"
+#include "base/common/Result.h"
 #include "media/ffmpeg/BoundedWorkQueue.h"
 #include "media/ffmpeg/FfmpegPointers.h"
 #include "media/ffmpeg/WriterState.h"

@@ -1,6 +1,6 @@
 #include "media/ffmpeg/VideoEncoderSelection.h"
 
-#include "core/log/CaptureLog.h"
+#include "base/log/CaptureLog.h"
 #include "media/ffmpeg/FfmpegError.h"
 
 extern "C" {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "media/PixelBuffer.h"
+#include "base/media/PixelBuffer.h"
 
 extern "C" {
 #include <libavutil/frame.h>

@@ -1,6 +1,6 @@
 #include "media/ffmpeg/WriterState.h"
 
-#include "core/log/CaptureLog.h"
+#include "base/log/CaptureLog.h"
 
 namespace kestrum::ffmpeg {
 

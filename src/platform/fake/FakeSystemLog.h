@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ports/SystemLog.h"
+#include "base/log/SystemLog.h"
 
 #include <QList>
 #include <QString>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "core/async/SerialQueue.h"
-#include "core/common/HostTime.h"
-#include "core/common/Result.h"
-#include "media/AudioSampleBuffer.h"
-#include "media/PixelBuffer.h"
+#include "base/async/SerialQueue.h"
+#include "base/common/HostTime.h"
+#include "base/common/Result.h"
+#include "base/media/AudioSampleBuffer.h"
+#include "base/media/PixelBuffer.h"
 
 #include <QCoroTask>
 

@@ -1,6 +1,6 @@
 // The detail loader on real movies written by the FFmpeg writer, real sidecars and a real cache folder.
 #include "../media/MediaTestSupport.h"
-#include "core/async/Detached.h"
+#include "base/async/Detached.h"
 #include "core/library/detail/CachedDetailCodec.h"
 #include "core/library/detail/DetailCacheKeys.h"
 #include "core/library/detail/RecordingDetailLoader.h"

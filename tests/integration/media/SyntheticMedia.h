@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/common/HostTime.h"
-#include "media/AudioSampleBuffer.h"
-#include "media/PixelBuffer.h"
+#include "base/common/HostTime.h"
+#include "base/media/AudioSampleBuffer.h"
+#include "base/media/PixelBuffer.h"
 
 #include <cstdint>
 #include <functional>

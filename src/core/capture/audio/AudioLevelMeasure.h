@@ -1,7 +1,7 @@
 #pragma once
 
-#include "media/AudioFormatDescription.h"
-#include "media/AudioSampleBuffer.h"
+#include "base/media/AudioFormatDescription.h"
+#include "base/media/AudioSampleBuffer.h"
 
 namespace kestrum {
 

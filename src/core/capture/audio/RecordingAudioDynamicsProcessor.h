@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/media/AudioSampleBuffer.h"
 #include "core/capture/audio/RecordingAudioProcessing.h"
-#include "media/AudioSampleBuffer.h"
 
 namespace kestrum {
 

@@ -1,6 +1,6 @@
 #include "core/library/detail/DetailCacheKeys.h"
 
-#include "core/common/ReferenceDate.h"
+#include "base/common/ReferenceDate.h"
 
 #include <QCryptographicHash>
 #include <QDir>

@@ -1,9 +1,9 @@
 #include "core/library/detail/RecordingDetailLoader.h"
 
-#include "core/common/AtomicFileWrite.h"
+#include "base/common/AtomicFileWrite.h"
 
-#include "core/async/Detached.h"
-#include "core/async/SerialQueue.h"
+#include "base/async/Detached.h"
+#include "base/async/SerialQueue.h"
 #include "core/library/detail/CachedDetailCodec.h"
 #include "core/library/detail/DetailCacheKeys.h"
 #include "core/library/detail/ThumbnailMemoryCache.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/async/Clock.h"
-#include "core/common/ReferenceDate.h"
-#include "core/common/Result.h"
+#include "base/async/Clock.h"
+#include "base/common/ReferenceDate.h"
+#include "base/common/Result.h"
 #include "core/recording/RecordingLiveClient.h"
 #include "core/telemetry/LiveGamePayloads.h"
 #include "core/telemetry/RecordingScoreboardPlayer.h"

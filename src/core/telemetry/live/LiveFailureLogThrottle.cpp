@@ -1,6 +1,6 @@
 #include "core/telemetry/live/LiveFailureLogThrottle.h"
 
-#include "core/log/CaptureLog.h"
+#include "base/log/CaptureLog.h"
 
 namespace kestrum {
 

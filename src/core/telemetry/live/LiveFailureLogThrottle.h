@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/async/Clock.h"
+#include "base/async/Clock.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #include "core/telemetry/live/RiotLocalCertificatePolicy.h"
 
-#include "core/log/CaptureLog.h"
+#include "base/log/CaptureLog.h"
 #include "core/telemetry/live/RiotRootCertificate.h"
 
 #include <QHostAddress>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/async/CancellationToken.h"
-#include "core/async/Clock.h"
-#include "core/common/ReferenceDate.h"
+#include "base/async/CancellationToken.h"
+#include "base/async/Clock.h"
+#include "base/common/ReferenceDate.h"
 #include "core/telemetry/RecordingTelemetry.h"
 #include "core/telemetry/live/ScoreboardSnapshotRule.h"
 #include "core/telemetry/vocabulary/EventConversion.h"

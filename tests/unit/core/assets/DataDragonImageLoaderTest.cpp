@@ -1,7 +1,7 @@
 // The view's loader on the real store and server, with time moved by hand.
 #include "DataDragonTestServer.h"
+#include "base/async/ManualClock.h"
 #include "core/assets/DataDragonImageLoader.h"
-#include "core/async/ManualClock.h"
 #include "core/settings/SettingsKeys.h"
 #include "support/TestEnvironment.h"
 

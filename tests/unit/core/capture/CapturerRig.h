@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/async/Job.h"
+#include "base/async/Job.h"
 #include "core/capture/GameCapturer.h"
 #include "core/recording/RecordingBundleIdentifiers.h"
 #include "core/recording/RecordingFolderStore.h"

@@ -1,6 +1,6 @@
 #include "CapturerRig.h"
 #include "ScriptedMovieWriter.h"
-#include "core/async/ManualClock.h"
+#include "base/async/ManualClock.h"
 #include "core/settings/SettingsKeys.h"
 #include "support/CapturedLog.h"
 

@@ -1,4 +1,4 @@
-#include "core/async/ManualClock.h"
+#include "base/async/ManualClock.h"
 #include "core/capture/GameWindowSearch.h"
 #include "core/recording/RecordingBundleIdentifiers.h"
 #include "platform/fake/FakeShareableContent.h"

@@ -4,7 +4,7 @@
 #include "RecordingTestSupport.h"
 #include "ScriptedRecordingCapturer.h"
 #include "ScriptedRecordingLiveClient.h"
-#include "core/async/ManualClock.h"
+#include "base/async/ManualClock.h"
 #include "core/recording/RecordingCoordinator.h"
 #include "core/recording/RecordingFolderStore.h"
 #include "core/recording/RecordingStorageBudgetSource.h"

@@ -1,6 +1,6 @@
 #include "RecordingTestSupport.h"
-#include "core/async/Job.h"
-#include "core/async/ManualClock.h"
+#include "base/async/Job.h"
+#include "base/async/ManualClock.h"
 #include "core/recording/RecordingPermissions.h"
 #include "platform/fake/FakeMicrophoneAccess.h"
 #include "platform/fake/FakeScreenCaptureAccess.h"

@@ -1,7 +1,7 @@
 #include "core/settings/UserDefaults.h"
 
-#include "core/log/CaptureLog.h"
-#include "core/log/CaptureLogFile.h"
+#include "base/log/CaptureLog.h"
+#include "base/log/CaptureLogFile.h"
 #include "support/TestEnvironment.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "media/AudioSampleBuffer.h"
+#include "base/media/AudioSampleBuffer.h"
 
 #include <cstdint>
 #include <cstring>

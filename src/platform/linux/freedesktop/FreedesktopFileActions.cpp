@@ -1,0 +1,66 @@
+#include "platform/linux/freedesktop/FreedesktopFileActions.h"
+
+#include <QClipboard>
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDesktopServices>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+
+namespace kestrum {
+
+namespace {
+
+bool hasGuiApplication() {
+    return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr;
+}
+
+bool openWithDesktop(const QUrl& url) {
+    return hasGuiApplication() && QDesktopServices::openUrl(url);
+}
+
+}  // namespace
+
+FreedesktopFileActions::FreedesktopFileActions(UrlOpener openUrl)
+    : openUrl_(openUrl ? std::move(openUrl) : UrlOpener(&openWithDesktop)) {}
+
+Status FreedesktopFileActions::moveToTrash(const QString& path) {
+    QFile file(path);
+    if (file.moveToTrash()) return Status::success();
+    const QString reason = file.errorString().isEmpty()
+                               ? QStringLiteral("The file couldn’t be moved to the Trash.")
+                               : file.errorString();
+    return Error{QStringLiteral("KestrumFileActionsErrorDomain"), 1, reason, nullptr};
+}
+
+bool FreedesktopFileActions::open(const QString& path) {
+    return openUrl_(QUrl::fromLocalFile(path));
+}
+
+bool FreedesktopFileActions::reveal(const QString& path) {
+    if (showItemsOnBus(path)) return true;
+    return openUrl_(QUrl::fromLocalFile(QFileInfo(path).absolutePath()));
+}
+
+void FreedesktopFileActions::copyText(const QString& text) {
+    if (!hasGuiApplication()) return;
+    QClipboard* clipboard = QGuiApplication::clipboard();
+    clipboard->clear();
+    clipboard->setText(text);
+}
+
+bool FreedesktopFileActions::showItemsOnBus(const QString& path) {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) return false;
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
+        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
+    // The items as URIs, and the startup notification id, which Kestrum does not use.
+    call << QStringList{QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded)} << QString();
+    const QDBusMessage reply = bus.call(call, QDBus::Block, kShowItemsTimeoutMs);
+    return reply.type() == QDBusMessage::ReplyMessage;
+}
+
+}  // namespace kestrum
