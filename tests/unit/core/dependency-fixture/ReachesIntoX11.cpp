@@ -1,2 +1,0 @@
-// Fixture for the dependency check's own test: this file must be reported.
-#include <xcb/xcb.h>
