@@ -19,12 +19,7 @@ FakeVideoPlayer::FakeVideoPlayer(std::optional<QString> moviePath, double movieD
     : movieDurationSeconds_(movieDurationSeconds) {
     if (moviePath) {
         itemPath_ = std::move(moviePath);
-        QMetaObject::invokeMethod(
-            &noticeContext_,
-            [this, path = itemPath_] {
-                if (itemPath_ == path) setReadyForDisplay(true);
-            },
-            Qt::QueuedConnection);
+        becomeReadyLater();
     }
 }
 
@@ -41,13 +36,7 @@ void FakeVideoPlayer::replaceCurrentItem(const std::optional<QString>& moviePath
     forwardEndSeconds_.reset();
     itemPath_ = moviePath;
     setReadyForDisplay(false);
-    if (!moviePath) return;
-    QMetaObject::invokeMethod(
-        &noticeContext_,
-        [this, path = moviePath] {
-            if (itemPath_ == path) setReadyForDisplay(true);
-        },
-        Qt::QueuedConnection);
+    if (moviePath) becomeReadyLater();
 }
 
 void FakeVideoPlayer::setForwardPlaybackEndTime(std::optional<double> seconds) {
@@ -165,7 +154,10 @@ void FakeVideoPlayer::startTicking(Clock& clock, Clock::Duration interval) {
         while (!token.isCancelled()) {
             const Clock::TimePoint before = clock.now();
             QCoro::Task<bool> pause = clock.sleep(interval, token);
-            if (!co_await pause) co_return;  // cancelled: the player may be gone
+            const bool waited = co_await pause;
+            // Cancelled (a manual clock may still end the sleep before the cancellation reaches it): the
+            // player may be gone.
+            if (!waited || token.isCancelled()) co_return;
             advancePlayhead(std::chrono::duration<double>(clock.now() - before).count());
         }
     });
@@ -212,19 +204,29 @@ void FakeVideoPlayer::abandonPendingSeek() {
     pendingSeek_.reset();
 }
 
-void FakeVideoPlayer::post(std::function<void(VideoPlayerListener&)> notice) {
+void FakeVideoPlayer::becomeReadyLater() {
+    // Readiness and its notice come in one turn of the event loop, as a decoded first picture would.
     QMetaObject::invokeMethod(
         &noticeContext_,
-        [this, notice = std::move(notice)] {
-            const std::vector<VideoPlayerListener*> listeners = listeners_;
-            for (VideoPlayerListener* listener : listeners) {
-                // A listener removed by an earlier one in this round gets nothing.
-                if (std::find(listeners_.begin(), listeners_.end(), listener) != listeners_.end()) {
-                    notice(*listener);
-                }
-            }
+        [this, path = itemPath_] {
+            if (itemPath_ != path || readyForDisplay_) return;
+            readyForDisplay_ = true;
+            deliver([](VideoPlayerListener& listener) { listener.readyForDisplayChanged(true); });
         },
         Qt::QueuedConnection);
+}
+
+void FakeVideoPlayer::post(std::function<void(VideoPlayerListener&)> notice) {
+    QMetaObject::invokeMethod(
+        &noticeContext_, [this, notice = std::move(notice)] { deliver(notice); }, Qt::QueuedConnection);
+}
+
+void FakeVideoPlayer::deliver(const std::function<void(VideoPlayerListener&)>& notice) {
+    const std::vector<VideoPlayerListener*> listeners = listeners_;
+    for (VideoPlayerListener* listener : listeners) {
+        // A listener removed by an earlier one in this round gets nothing.
+        if (std::find(listeners_.begin(), listeners_.end(), listener) != listeners_.end()) notice(*listener);
+    }
 }
 
 void FakeVideoPlayer::postCompletion(SeekCompletion completion, bool finished) {

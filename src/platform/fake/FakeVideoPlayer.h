@@ -115,8 +115,11 @@ class FakeVideoPlayer final : public VideoPlayer {
     void setStatus(VideoPlayerTimeControlStatus status);
     double endTime() const;
     void abandonPendingSeek();
+    // Makes the current item ready for display at the next turn of the event loop.
+    void becomeReadyLater();
     // Queues `notice` for every listener registered when it is delivered.
     void post(std::function<void(VideoPlayerListener&)> notice);
+    void deliver(const std::function<void(VideoPlayerListener&)>& notice);
     void postCompletion(SeekCompletion completion, bool finished);
 
     QObject noticeContext_;  // queued notices and completions die with the player
