@@ -26,8 +26,8 @@ QHash<int, QByteArray> ReviewRowListModel::roleNames() const {
     return names;
 }
 
-QVariant ReviewRowListModel::value(int row, const QByteArray& roleName) const {
-    const qsizetype column = roleNames_.indexOf(roleName);
+QVariant ReviewRowListModel::value(int row, const QString& roleName) const {
+    const qsizetype column = roleNames_.indexOf(roleName.toUtf8());
     if (row < 0 || row >= count() || column < 0) return {};
     return data(index(row), Qt::UserRole + static_cast<int>(column));
 }

@@ -31,8 +31,9 @@ class ReviewRowListModel : public QAbstractListModel {
 
     int count() const { return static_cast<int>(rows_.size()); }
     const std::vector<Row>& rows() const { return rows_; }
-    // The value of role `roleName` in row `row`; invalid when either is unknown.
-    Q_INVOKABLE QVariant value(int row, const QByteArray& roleName) const;
+    // The value of role `roleName` in row `row`; invalid when either is unknown. For a view that pairs the
+    // rows of two lists by index, and for tests.
+    Q_INVOKABLE QVariant value(int row, const QString& roleName) const;
 
     void setRows(std::vector<Row> rows);
 

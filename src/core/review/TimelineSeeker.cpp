@@ -19,13 +19,7 @@ void TimelineSeeker::setPlayer(VideoPlayer* player) {
 }
 
 void TimelineSeeker::seek(double timeSeconds) {
-    if (callbacks_.onInteraction) callbacks_.onInteraction();
-    const double time = clamped(timeSeconds);
-    cancelPendingSeek();
-    if (callbacks_.setCurrentTime) callbacks_.setCurrentTime(time);
-    seekPlayer(time, VideoSeekTolerance::exact());
-    lastTimelineSeekTime_ = clock_.now();
-    if (callbacks_.onSeek) callbacks_.onSeek(time);
+    exactSeek(timeSeconds, true);
 }
 
 void TimelineSeeker::scrub(double timeSeconds) {
@@ -35,12 +29,11 @@ void TimelineSeeker::scrub(double timeSeconds) {
     const Clock::TimePoint now = clock_.now();
     const Clock::Duration passed =
         lastTimelineSeekTime_ ? now - *lastTimelineSeekTime_ : Clock::Duration::max();
+    cancelPendingSeek();
     if (passed >= kScrubInterval) {
-        cancelPendingSeek();
         scrubSeek(time);
         return;
     }
-    cancelPendingSeek();
     const Clock::Duration wait = kScrubInterval - passed;
     pendingTimelineSeek_ = Job<void>::start([this, time, wait](CancellationToken token) -> QCoro::Task<void> {
         QCoro::Task<bool> sleep = clock_.sleep(wait, token);
@@ -52,11 +45,17 @@ void TimelineSeeker::scrub(double timeSeconds) {
 }
 
 void TimelineSeeker::finishScrub(double timeSeconds) {
+    // The end of a drag leaves the time of the last timed seek as it was.
+    exactSeek(timeSeconds, false);
+}
+
+void TimelineSeeker::exactSeek(double timeSeconds, bool stampsTime) {
     if (callbacks_.onInteraction) callbacks_.onInteraction();
     const double time = clamped(timeSeconds);
     cancelPendingSeek();
     if (callbacks_.setCurrentTime) callbacks_.setCurrentTime(time);
     seekPlayer(time, VideoSeekTolerance::exact());
+    if (stampsTime) lastTimelineSeekTime_ = clock_.now();
     if (callbacks_.onSeek) callbacks_.onSeek(time);
 }
 

@@ -55,6 +55,8 @@ class TimelineSeeker {
   private:
     double clamped(double timeSeconds) const;
     void cancelPendingSeek();
+    // The exact seek of a click (which stamps the time of the last timed seek) or of a drag's end.
+    void exactSeek(double timeSeconds, bool stampsTime);
     void seekPlayer(double timeSeconds, VideoSeekTolerance tolerance);
     // The scrub's seek: loose, stamped with the time it was made, reported.
     void scrubSeek(double timeSeconds);
