@@ -4,6 +4,7 @@
 #include <QQuickPaintedItem>
 #include <QSize>
 #include <QString>
+#include <QtQmlIntegration>
 
 namespace kestrum::ui {
 
@@ -15,6 +16,7 @@ namespace kestrum::ui {
 // read only what the main thread set before the frame.
 class CachedPictureItem : public QQuickPaintedItem {
     Q_OBJECT
+    QML_ANONYMOUS
 
   public:
     explicit CachedPictureItem(QQuickItem* parent = nullptr);

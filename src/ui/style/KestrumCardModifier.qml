@@ -2,14 +2,17 @@ import QtQuick
 import Kestrum.Style
 
 // The card style: a rounded surface with a hairline border over a soft pre-rendered shadow, lifted a
-// little while the pointer is over it. Children are the card's content, inset by `padding`.
+// little while the pointer is over it (or while `lifted` says so, for a selected card). Children are the
+// card's content, inset by `padding`.
 Item {
     id: card
 
     property bool hoverEnabled: true
+    property bool lifted: false
     readonly property bool hovered: hover.hovered
+    readonly property bool raised: card.hovered || card.lifted
     property int padding: Style.spacingL
-    property color fill: card.hovered ? Style.surfaceHovered : Style.surface
+    property color fill: card.raised ? Style.surfaceHovered : Style.surface
     default property alias content: body.data
 
     BorderImage {
@@ -23,7 +26,7 @@ Item {
         border.top: Style.cardShadowBorder
         border.right: Style.cardShadowBorder
         border.bottom: Style.cardShadowBorder
-        opacity: card.hovered ? Style.shadowOpacityHovered : Style.shadowOpacity
+        opacity: card.raised ? Style.shadowOpacityHovered : Style.shadowOpacity
 
         Behavior on opacity {
             NumberAnimation {
@@ -36,7 +39,7 @@ Item {
         anchors.fill: parent
         radius: Style.radiusCard
         color: card.fill
-        border.color: card.hovered ? Style.borderHovered : Style.border
+        border.color: card.raised ? Style.borderHovered : Style.border
         border.width: Style.hairline
 
         Behavior on color {

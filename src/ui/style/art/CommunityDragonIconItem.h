@@ -9,7 +9,8 @@ namespace kestrum::ui {
 // `CommunityDragonIcon`: one piece of the art the system names ("baron", "dragon_ocean", "role_mid",
 // "map_summoners_rift"), drawn at the item's size. A name without art draws nothing and reads `known`
 // false, so that a view can show its symbol instead.
-class CommunityDragonIconItem : public CachedPictureItem {
+// The base is named in full: the QML type registrar matches a base class by its written name.
+class CommunityDragonIconItem : public kestrum::ui::CachedPictureItem {
     Q_OBJECT
     QML_NAMED_ELEMENT(CommunityDragonIcon)
     Q_PROPERTY(QString artName READ artName WRITE setArtName NOTIFY artNameChanged)

@@ -12,6 +12,8 @@ DataDragonAssets& DataDragonAssets::instance() {
 DataDragonAssets* DataDragonAssets::create(QQmlEngine*, QJSEngine*) {
     DataDragonAssets* assets = &instance();
     QJSEngine::setObjectOwnership(assets, QJSEngine::CppOwnership);
+    // The store is chosen before any binding reads the version, so that reading never announces a change.
+    assets->store();
     return assets;
 }
 

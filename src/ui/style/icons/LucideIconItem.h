@@ -12,7 +12,8 @@ namespace kestrum::ui {
 // A name without a mapping draws nothing and reads `known` false.
 //
 // Threads: main thread, but for painting (see CachedPictureItem).
-class LucideIconItem : public CachedPictureItem {
+// The base is named in full: the QML type registrar matches a base class by its written name.
+class LucideIconItem : public kestrum::ui::CachedPictureItem {
     Q_OBJECT
     QML_NAMED_ELEMENT(LucideIcon)
     Q_PROPERTY(QString symbolName READ symbolName WRITE setSymbolName NOTIFY symbolNameChanged)

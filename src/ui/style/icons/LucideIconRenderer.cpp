@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
+#include <array>
 #include <vector>
 
 namespace kestrum::ui {
@@ -15,9 +16,9 @@ namespace {
 // How far (in icon units) an open stroke's bounds may reach past a filled shape's and still count as
 // inside it.
 constexpr double kInsideTolerance = 0.25;
-// The number of a numbered icon: its cap height as a share of the icon, centred on the ring's middle.
-constexpr double kNumberPixelShare = 0.40;
-constexpr double kNumberPixelShareThreeDigits = 0.30;
+// The number of a numbered icon: its font's pixel size as a share of the icon, by digit count, so that it
+// stays inside the ring (an inner diameter of 14 units of 24).
+constexpr std::array<double, 3> kNumberPixelShares{0.42, 0.34, 0.26};
 
 QImage transparentImage(QSize pixelSize) {
     QImage image(pixelSize, QImage::Format_ARGB32_Premultiplied);
@@ -65,7 +66,8 @@ std::vector<bool> cutOutShapes(const LucideGlyph& glyph, const std::vector<bool>
 
 void drawNumber(QPainter& painter, int number, QSize pixelSize) {
     const QString text = QString::number(number);
-    const double share = text.size() > 2 ? kNumberPixelShareThreeDigits : kNumberPixelShare;
+    const double share =
+        kNumberPixelShares[std::min<std::size_t>(text.size(), kNumberPixelShares.size()) - 1];
     QFont font;
     font.setPixelSize(std::max(1, qRound(pixelSize.height() * share)));
     font.setWeight(QFont::Bold);
