@@ -56,7 +56,7 @@ const StylePalette& StylePalette::dark() {
         .textSecondary = QColor(0xB0B0B7),
         .textTertiary = QColor(0x86868D),
         .textOnAccent = QColor(0xFFFFFF),
-        .accent = QColor(0x2B6FE3),
+        .accent = QColor(0x2C71E6),
         .teamBlue = QColor(0x5B9BFF),
         .teamRed = QColor(0xFF6B6B),
         .teamBlueTint = QColor(0x1B2A43),
