@@ -8,10 +8,9 @@ import Kestrum.Gallery
 GalleryPage {
     id: artPage
 
-    required property GalleryCatalog catalog
 
     SectionTitle {
-        text: "Art: " + artPage.catalog.artNames.length + " names, at 16, 24 and 48 px"
+        text: "Art: " + GalleryCatalog.artNames.length + " names, at 16, 24 and 48 px"
     }
 
     Flow {
@@ -19,7 +18,7 @@ GalleryPage {
         spacing: Style.spacingS
 
         Repeater {
-            model: artPage.catalog.artNames
+            model: GalleryCatalog.artNames
 
             delegate: Rectangle {
                 id: cell

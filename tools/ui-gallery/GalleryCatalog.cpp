@@ -7,6 +7,7 @@
 #include "ui/style/icons/LucideSymbolTable.h"
 
 #include <QFileInfo>
+#include <QJSEngine>
 #include <QVariantMap>
 
 namespace kestrum::gallery {
@@ -26,6 +27,8 @@ const QStringList kSpells{QStringLiteral("SummonerFlash"),    QStringLiteral("Su
                           QStringLiteral("SummonerTeleport"), QStringLiteral("SummonerHeal"),
                           QStringLiteral("SummonerSmite"),    QStringLiteral("SummonerBarrier")};
 constexpr int kMostItems = 18;
+
+GalleryCatalog* shownCatalog = nullptr;  // main thread
 
 QString panelWords(GalleryOptions::Panel panel) {
     switch (panel) {
@@ -78,6 +81,16 @@ void GalleryCatalog::takeIdentifiers(const RecordingSessionData& document) {
     }
     if (!champions.isEmpty()) champions_ = champions;
     if (!items.isEmpty()) items_ = items;
+}
+
+void GalleryCatalog::setShown(GalleryCatalog& catalog) {
+    shownCatalog = &catalog;
+}
+
+GalleryCatalog* GalleryCatalog::create(QQmlEngine*, QJSEngine*) {
+    Q_ASSERT(shownCatalog);
+    QJSEngine::setObjectOwnership(shownCatalog, QJSEngine::CppOwnership);
+    return shownCatalog;
 }
 
 QStringList GalleryCatalog::allSymbolNames() {

@@ -8,17 +8,21 @@
 #include <QVariantList>
 #include <QtQmlIntegration>
 
+class QJSEngine;
+class QQmlEngine;
+
 #include <optional>
 
 namespace kestrum::gallery {
 
 // What the gallery's pages list: every symbol name with an icon, every art name, the palette of both
 // appearances, the type scale, and the game art identifiers (those of the document given, or a built-in
-// set), with the lines its header shows. Made once by main; the pages only read it.
+// set), with the lines its header shows. Made once by main, which shows it to QML as the singleton
+// `GalleryCatalog` before loading the window; the pages only read it.
 class GalleryCatalog : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("made by the gallery's main")
+    QML_SINGLETON
     Q_PROPERTY(QStringList symbolNames READ symbolNames CONSTANT)
     Q_PROPERTY(QStringList artNames READ artNames CONSTANT)
     // {name, light, dark} per named colour.
@@ -39,6 +43,10 @@ class GalleryCatalog : public QObject {
 
     GalleryCatalog(const GalleryOptions& options, std::optional<RecordingSessionData> document,
                    QObject* parent = nullptr);
+
+    // The catalog that QML sees; main sets it before the first page loads, and it outlives the engine.
+    static void setShown(GalleryCatalog& catalog);
+    static GalleryCatalog* create(QQmlEngine* qmlEngine, QJSEngine* jsEngine);
 
     static QStringList allSymbolNames();
     static QStringList allArtNames();

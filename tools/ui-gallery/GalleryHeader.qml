@@ -9,7 +9,6 @@ import Kestrum.Gallery
 Rectangle {
     id: header
 
-    required property GalleryCatalog catalog
     required property int page
     signal pageChosen(int index)
 
@@ -77,14 +76,14 @@ Rectangle {
 
             Text {
                 anchors.right: parent.right
-                text: header.catalog.sourceLine
+                text: GalleryCatalog.sourceLine
                 font: Style.footnote
                 color: Style.textSecondary
             }
 
             Text {
                 anchors.right: parent.right
-                text: header.catalog.panelLine
+                text: GalleryCatalog.panelLine
                 font: Style.footnote
                 color: Style.textTertiary
             }

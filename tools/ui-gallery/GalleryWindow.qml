@@ -6,8 +6,7 @@ import Kestrum.Gallery
 Window {
     id: window
 
-    required property GalleryCatalog catalog
-    property int page: catalog.startPage
+    property int page: GalleryCatalog.startPage
 
     visible: true
     title: "Kestrum UI gallery"
@@ -19,30 +18,34 @@ Window {
 
         GalleryHeader {
             Layout.fillWidth: true
-            catalog: window.catalog
             page: window.page
             onPageChosen: index => window.page = index
         }
 
+        // Only the page shown is made: the game art page starts its loads when it is opened.
         StackLayout {
             Layout.fillWidth: true
             Layout.fillHeight: true
             currentIndex: window.page
 
-            StylePage {
-                catalog: window.catalog
+            Loader {
+                active: window.page === 0
+                source: "StylePage.qml"
             }
 
-            IconsPage {
-                catalog: window.catalog
+            Loader {
+                active: window.page === 1
+                source: "IconsPage.qml"
             }
 
-            ArtPage {
-                catalog: window.catalog
+            Loader {
+                active: window.page === 2
+                source: "ArtPage.qml"
             }
 
-            ImagesPage {
-                catalog: window.catalog
+            Loader {
+                active: window.page === 3
+                source: "ImagesPage.qml"
             }
         }
     }

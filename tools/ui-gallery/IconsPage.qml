@@ -9,10 +9,9 @@ import Kestrum.Gallery
 GalleryPage {
     id: iconsPage
 
-    required property GalleryCatalog catalog
 
     SectionTitle {
-        text: "Symbols: " + iconsPage.catalog.symbolNames.length + " names, at 16 and 24 px"
+        text: "Symbols: " + GalleryCatalog.symbolNames.length + " names, at 16 and 24 px"
     }
 
     Flow {
@@ -20,7 +19,7 @@ GalleryPage {
         spacing: Style.spacingS
 
         Repeater {
-            model: iconsPage.catalog.symbolNames
+            model: GalleryCatalog.symbolNames
 
             delegate: Rectangle {
                 id: cell

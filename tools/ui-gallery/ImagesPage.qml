@@ -7,7 +7,6 @@ import Kestrum.Gallery
 GalleryPage {
     id: imagesPage
 
-    required property GalleryCatalog catalog
 
     Component.onCompleted: DataDragonAssets.refreshVersion()
 
@@ -16,7 +15,7 @@ GalleryPage {
     }
 
     Text {
-        text: imagesPage.catalog.artHostLine
+        text: GalleryCatalog.artHostLine
         font: Style.footnote
         color: Style.textSecondary
     }
@@ -25,7 +24,7 @@ GalleryPage {
         width: parent.width
         title: "Champions (48 px)"
         kind: DataDragonPicture.Champion
-        identifiers: imagesPage.catalog.champions
+        identifiers: GalleryCatalog.champions
         side: 48
     }
 
@@ -33,7 +32,7 @@ GalleryPage {
         width: parent.width
         title: "Items (32 px)"
         kind: DataDragonPicture.Item
-        identifiers: imagesPage.catalog.items
+        identifiers: GalleryCatalog.items
         side: 32
     }
 
@@ -41,7 +40,7 @@ GalleryPage {
         width: parent.width
         title: "Summoner spells (32 px)"
         kind: DataDragonPicture.Spell
-        identifiers: imagesPage.catalog.spells
+        identifiers: GalleryCatalog.spells
         side: 32
     }
 

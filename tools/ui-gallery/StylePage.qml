@@ -8,7 +8,6 @@ import Kestrum.Gallery
 GalleryPage {
     id: stylePage
 
-    required property GalleryCatalog catalog
 
     SectionTitle {
         text: "Named colours: light and dark"
@@ -19,7 +18,7 @@ GalleryPage {
         spacing: Style.spacingM
 
         Repeater {
-            model: stylePage.catalog.paletteRows
+            model: GalleryCatalog.paletteRows
 
             delegate: Row {
                 id: swatch
@@ -74,7 +73,7 @@ GalleryPage {
             }
 
             Repeater {
-                model: stylePage.catalog.typeScale
+                model: GalleryCatalog.typeScale
 
                 delegate: Row {
                     id: sample

@@ -93,18 +93,18 @@ void takeScreenshot(QQuickWindow& window, const QString& path) {
         });
 }
 
+// The program's arguments as given, before any application exists.
+QStringList argumentsOf(int argc, char** argv) {
+    QStringList arguments;
+    for (int index = 0; index < argc; ++index) arguments.append(QString::fromLocal8Bit(argv[index]));
+    return arguments;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    QTemporaryDir home(QDir::tempPath() + QStringLiteral("/kestrum-ui-gallery-XXXXXX"));
-    if (!home.isValid()) return fail(QStringLiteral("cannot make a private profile folder"), 1);
-    usePrivateProfile(home);
-    kestrum::ui::useOpenGlSceneGraph();
-    QGuiApplication application(argc, argv);
-    QCoreApplication::setOrganizationName(QStringLiteral("Kestrum"));
-    QCoreApplication::setApplicationName(QStringLiteral("Kestrum"));
-
-    const auto parsed = GalleryOptions::parse(QCoreApplication::arguments());
+    // Bad input is refused before any window system is touched.
+    const auto parsed = GalleryOptions::parse(argumentsOf(argc, argv));
     if (const QString* error = std::get_if<QString>(&parsed))
         return fail(*error + QStringLiteral(" (see --help)"), 2);
     const GalleryOptions& options = std::get<GalleryOptions>(parsed);
@@ -118,6 +118,13 @@ int main(int argc, char** argv) {
         document = readDocument(*options.documentPath, &error);
         if (!document) return fail(error, 2);
     }
+    QTemporaryDir home(QDir::tempPath() + QStringLiteral("/kestrum-ui-gallery-XXXXXX"));
+    if (!home.isValid()) return fail(QStringLiteral("cannot make a private profile folder"), 1);
+    usePrivateProfile(home);
+    kestrum::ui::useOpenGlSceneGraph();
+    QGuiApplication application(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("Kestrum"));
+    QCoreApplication::setApplicationName(QStringLiteral("Kestrum"));
     if (options.artHost) {
         kestrum::UserDefaults::standard().setString(options.artHost->toString(),
                                                     kestrum::SettingsKeys::dataDragonBaseAddress);
@@ -127,9 +134,9 @@ int main(int argc, char** argv) {
     GalleryCatalog catalog(options, std::move(document));
     QQmlApplicationEngine engine;
     kestrum::ui::registerQmlModules(engine);
-    engine.setInitialProperties({{QStringLiteral("catalog"), QVariant::fromValue(&catalog)},
-                                 {QStringLiteral("width"), options.size.width()},
-                                 {QStringLiteral("height"), options.size.height()}});
+    GalleryCatalog::setShown(catalog);
+    engine.setInitialProperties(
+        {{QStringLiteral("width"), options.size.width()}, {QStringLiteral("height"), options.size.height()}});
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Kestrum/Gallery/GalleryWindow.qml")));
     if (engine.rootObjects().isEmpty()) return fail(QStringLiteral("the gallery's window did not load"), 1);
     auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().front());
