@@ -25,14 +25,17 @@ Column {
         Repeater {
             model: artRow.identifiers
 
+            // Cells of one width, so the tiles line up whatever their names' lengths.
             delegate: Column {
                 id: tile
 
                 required property string modelData
 
+                width: artRow.side + 2 * Style.spacingXXL
                 spacing: Style.spacingXS
 
                 DataDragonImage {
+                    anchors.horizontalCenter: parent.horizontalCenter
                     width: artRow.side
                     height: artRow.side
                     kind: artRow.kind
@@ -40,7 +43,9 @@ Column {
                 }
 
                 Text {
-                    width: Math.max(artRow.side, implicitWidth)
+                    width: tile.width
+                    horizontalAlignment: Text.AlignHCenter
+                    elide: Text.ElideRight
                     text: tile.modelData === "" ? "(none)" : tile.modelData
                     font: Style.caption
                     color: Style.textTertiary
