@@ -2,12 +2,12 @@
 
 #include "core/telemetry/vocabulary/ChampionNames.h"
 #include "ui/style/KestrumStyle.h"
+#include "ui/style/SharedWithQml.h"
 #include "ui/style/StylePalette.h"
 #include "ui/style/art/CommunityDragonArt.h"
 #include "ui/style/icons/LucideSymbolTable.h"
 
 #include <QFileInfo>
-#include <QJSEngine>
 #include <QVariantMap>
 
 namespace kestrum::gallery {
@@ -89,8 +89,7 @@ void GalleryCatalog::setShown(GalleryCatalog& catalog) {
 
 GalleryCatalog* GalleryCatalog::create(QQmlEngine*, QJSEngine*) {
     Q_ASSERT(shownCatalog);
-    QJSEngine::setObjectOwnership(shownCatalog, QJSEngine::CppOwnership);
-    return shownCatalog;
+    return ui::sharedWithQml(*shownCatalog);
 }
 
 QStringList GalleryCatalog::allSymbolNames() {

@@ -1,7 +1,8 @@
 #include "ui/style/KestrumStyle.h"
 
+#include "ui/style/SharedWithQml.h"
+
 #include <QGuiApplication>
-#include <QJSEngine>
 
 namespace kestrum::ui {
 
@@ -11,9 +12,7 @@ KestrumStyle& KestrumStyle::instance() {
 }
 
 KestrumStyle* KestrumStyle::create(QQmlEngine*, QJSEngine*) {
-    KestrumStyle* style = &instance();
-    QJSEngine::setObjectOwnership(style, QJSEngine::CppOwnership);
-    return style;
+    return sharedWithQml(instance());
 }
 
 void KestrumStyle::setDark(bool dark) {

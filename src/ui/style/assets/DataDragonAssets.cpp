@@ -1,6 +1,6 @@
 #include "ui/style/assets/DataDragonAssets.h"
 
-#include <QJSEngine>
+#include "ui/style/SharedWithQml.h"
 
 namespace kestrum::ui {
 
@@ -10,11 +10,9 @@ DataDragonAssets& DataDragonAssets::instance() {
 }
 
 DataDragonAssets* DataDragonAssets::create(QQmlEngine*, QJSEngine*) {
-    DataDragonAssets* assets = &instance();
-    QJSEngine::setObjectOwnership(assets, QJSEngine::CppOwnership);
     // The store is chosen before any binding reads the version, so that reading never announces a change.
-    assets->store();
-    return assets;
+    instance().store();
+    return sharedWithQml(instance());
 }
 
 DataDragonAssetStore& DataDragonAssets::store() {

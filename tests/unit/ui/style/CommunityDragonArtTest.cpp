@@ -18,15 +18,9 @@ bool looksLikeArtName(const QString& text) {
 }
 
 TEST(CommunityDragonArt, EveryArtNameTheCodeUsesHasArt) {
-    QMap<QString, QString> names;
-    for (const test::SourceLiteral& literal :
-         test::sourceLiterals({QStringLiteral("src"), QStringLiteral("tools")})) {
-        if (looksLikeArtName(literal.text)) names.insert(literal.text, literal.place);
-    }
-    for (const test::SourceLiteral& literal : test::qmlPropertyLiterals(
-             {QStringLiteral("src"), QStringLiteral("tools")}, QStringLiteral("artName"))) {
-        names.insert(literal.text, literal.place);
-    }
+    QMap<QString, QString> names = test::namesInSources(
+        [](const test::SourceLiteral& literal) { return looksLikeArtName(literal.text); },
+        QStringLiteral("artName"));
     for (const std::string_view word :
          {"elder", "infernal", "mountain", "ocean", "cloud", "hextech", "chemtech", ""}) {
         names.insert(QString::fromUtf8(dragonAssetName(word)), QStringLiteral("dragonAssetName"));

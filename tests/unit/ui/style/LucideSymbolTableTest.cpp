@@ -46,19 +46,15 @@ bool looksDotted(const QString& text) {
 
 // Every symbol name the code can hand to LucideIcon, with where it comes from.
 QMap<QString, QString> symbolNamesInUse() {
-    QMap<QString, QString> names;
     static const QRegularExpression bareName(QStringLiteral("^[a-z][a-z0-9.]*$"));
-    for (const test::SourceLiteral& literal :
-         test::sourceLiterals({QStringLiteral("src"), QStringLiteral("tools")})) {
-        // A dotted name anywhere, or a bare word on a line that speaks of a symbol ("wind", "star").
-        const bool symbolLine = literal.line.contains(QLatin1String("ymbol"), Qt::CaseInsensitive) &&
-                                bareName.match(literal.text).hasMatch();
-        if (looksDotted(literal.text) || symbolLine) names.insert(literal.text, literal.place);
-    }
-    for (const test::SourceLiteral& literal : test::qmlPropertyLiterals(
-             {QStringLiteral("src"), QStringLiteral("tools")}, QStringLiteral("symbolName"))) {
-        names.insert(literal.text, literal.place);
-    }
+    // A dotted name anywhere, or a bare word on a line that speaks of a symbol ("wind", "star").
+    QMap<QString, QString> names = test::namesInSources(
+        [](const test::SourceLiteral& literal) {
+            const bool symbolLine = literal.line.contains(QLatin1String("ymbol"), Qt::CaseInsensitive) &&
+                                    bareName.match(literal.text).hasMatch();
+            return looksDotted(literal.text) || symbolLine;
+        },
+        QStringLiteral("symbolName"));
     // The vocabulary's tables, whole: every event name and every dragon kind.
     for (const std::string_view word :
          {"elder", "infernal", "mountain", "ocean", "cloud", "hextech", "chemtech", ""}) {

@@ -56,4 +56,17 @@ std::vector<SourceLiteral> qmlPropertyLiterals(const QStringList& folders, const
     return found;
 }
 
+QMap<QString, QString> namesInSources(const std::function<bool(const SourceLiteral&)>& isName,
+                                      const QString& property) {
+    const QStringList folders{QStringLiteral("src"), QStringLiteral("tools")};
+    QMap<QString, QString> names;
+    for (const SourceLiteral& literal : sourceLiterals(folders)) {
+        if (isName(literal) && !names.contains(literal.text)) names.insert(literal.text, literal.place);
+    }
+    for (const SourceLiteral& literal : qmlPropertyLiterals(folders, property)) {
+        if (!names.contains(literal.text)) names.insert(literal.text, literal.place);
+    }
+    return names;
+}
+
 }  // namespace kestrum::test
