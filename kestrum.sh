@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Kestrum's one entry point for developers and CI.
 #   ./kestrum.sh test [--quick]   install what is missing, build, run every test
-#                                 (debug suite, then the core under ASan+UBSan, then 60 s of fuzzing;
-#                                 --quick runs the debug suite only)
+#                                 (qmllint and the debug suite, then the core under ASan+UBSan, then 60 s
+#                                 of fuzzing; --quick runs qmllint and the debug suite only)
 #   ./kestrum.sh bench [area]     build the release benchmarks and run them (all, or kestrum-bench-<area>)
 #   ./kestrum.sh demo             record a simulated game and show the result
 set -euo pipefail
@@ -44,6 +44,17 @@ run_ctest() {
     return "$status"
 }
 
+# qmllint over every QML file of every module (the all_qmllint target); any warning fails the run.
+run_qmllint() {
+    log "linting the QML files"
+    if cmake --build --preset debug --target all_qmllint; then
+        passed=$((passed + 1))
+    else
+        failed=$((failed + 1))
+        return 1
+    fi
+}
+
 run_fuzzers() {
     local corpus target status=0
     for target in build/fuzz/fuzz/kestrum-fuzz-*; do
@@ -71,6 +82,7 @@ command_test() {
     install_dependencies
     log "building (debug)"
     configure_and_build debug
+    run_qmllint || status=1
     log "running the test suite"
     run_ctest --preset debug || status=1
     if ! $quick; then

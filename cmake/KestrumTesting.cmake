@@ -1,14 +1,18 @@
 include(GoogleTest)
 find_package(GTest REQUIRED)
 
-# kestrum_add_gtest(<target> PREFIX <layer.module.> LABEL <unit|integration|e2e> [GUI] SOURCES ... [LIBS ...])
+# kestrum_add_gtest(<target> PREFIX <layer.module.> LABEL <unit|integration|e2e> [GUI] [SUPPORT <library>]
+#                   SOURCES ... [LIBS ...])
 # Builds one GoogleTest program for a module and registers each of its cases with CTest under the
 # module's prefix, so that `ctest -R core.telemetry` or `ctest -L unit` select them. GUI programs run
-# under a QGuiApplication (offscreen unless QT_QPA_PLATFORM says otherwise).
+# under a QGuiApplication (offscreen unless QT_QPA_PLATFORM says otherwise). SUPPORT names another
+# library with the program's main (the view tests' main runs an X server first).
 function(kestrum_add_gtest target)
-    cmake_parse_arguments(ARG "GUI" "PREFIX;LABEL" "SOURCES;LIBS" ${ARGN})
+    cmake_parse_arguments(ARG "GUI" "PREFIX;LABEL;SUPPORT" "SOURCES;LIBS" ${ARGN})
     add_executable(${target} ${ARG_SOURCES})
-    if(ARG_GUI)
+    if(ARG_SUPPORT)
+        target_link_libraries(${target} PRIVATE ${ARG_SUPPORT} ${ARG_LIBS})
+    elseif(ARG_GUI)
         target_link_libraries(${target} PRIVATE kestrum-test-support-gui ${ARG_LIBS})
     else()
         target_link_libraries(${target} PRIVATE kestrum-test-support ${ARG_LIBS})

@@ -9,6 +9,11 @@ packages=(
   # Qt 6 and coroutines on its event loop
   qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6opengl6-dev qt6-qpa-plugins libgl-dev
   qcoro-qt6-dev
+  # the windows: Qt Quick and its controls, compiled ahead of time, linted, tested under Xvfb
+  qt6-declarative-dev qt6-declarative-dev-tools qml6-module-qtqml qml6-module-qtquick
+  qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-templates
+  qml6-module-qtquick-window qml6-module-qtqml-workerscript qml6-module-qtqml-models qml6-module-qttest
+  libqt6quicktest6
   # movies and playback
   libavformat-dev libavcodec-dev libswscale-dev libswresample-dev libavutil-dev libmpv-dev
   libyuv-dev

@@ -7,6 +7,19 @@
 
 namespace kestrum::test {
 
+void usePrivateHome(const QString& root) {
+    const auto set = [&](const char* name, const QString& sub) {
+        const QString path = sub.isEmpty() ? root : root + QLatin1Char('/') + sub;
+        QDir().mkpath(path);
+        qputenv(name, QFile::encodeName(path));
+    };
+    set("HOME", {});
+    set("XDG_CONFIG_HOME", QStringLiteral(".config"));
+    set("XDG_CACHE_HOME", QStringLiteral(".cache"));
+    set("XDG_STATE_HOME", QStringLiteral(".local/state"));
+    set("XDG_DATA_HOME", QStringLiteral(".local/share"));
+}
+
 QString testHomeDirectory() {
     return qEnvironmentVariable("HOME");
 }

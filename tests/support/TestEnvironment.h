@@ -7,6 +7,9 @@ namespace kestrum::test {
 // Every test program runs with HOME and the XDG base directories pointed at a private temporary
 // folder made by the test main, so that no test reads or writes the developer's real settings,
 // caches or logs. These return the folders in force for this process.
+// Points HOME and the XDG base directories at folders under `root`: what every test main does first.
+void usePrivateHome(const QString& root);
+
 QString testHomeDirectory();
 QString testConfigDirectory();
 QString testCacheDirectory();

@@ -4,10 +4,11 @@
 
 namespace kestrum::simulator {
 
-// One HTTP answer of the simulated local service.
+// One HTTP answer of a simulated service.
 struct SimulatorAnswer {
     int status = 200;
     QByteArray body;
+    QByteArray contentType = "application/json";
 };
 
 }  // namespace kestrum::simulator

@@ -3,6 +3,7 @@
 #include "ServiceAnswers.h"
 
 #include <QHostAddress>
+#include <QSslServer>
 #include <QSslSocket>
 #include <QTcpSocket>
 
@@ -27,11 +28,17 @@ QByteArray reasonPhrase(int status) {
 
 }  // namespace
 
-SimulatorServer::SimulatorServer(AnswerSource& source, FaultSchedule faults, QSslConfiguration tls,
-                                 quint16 port)
+SimulatorServer::SimulatorServer(AnswerSource& source, FaultSchedule faults,
+                                 std::optional<QSslConfiguration> tls, quint16 port)
     : source_(source), faults_(std::move(faults)), port_(port) {
-    server_.setSslConfiguration(tls);
-    QObject::connect(&server_, &QTcpServer::pendingConnectionAvailable, this,
+    if (tls) {
+        auto server = std::make_unique<QSslServer>();
+        server->setSslConfiguration(*tls);
+        server_ = std::move(server);
+    } else {
+        server_ = std::make_unique<QTcpServer>();
+    }
+    QObject::connect(server_.get(), &QTcpServer::pendingConnectionAvailable, this,
                      &SimulatorServer::acceptConnections);
     portTimer_.setInterval(50);
     QObject::connect(&portTimer_, &QTimer::timeout, this, &SimulatorServer::applyPortSchedule);
@@ -39,11 +46,11 @@ SimulatorServer::SimulatorServer(AnswerSource& source, FaultSchedule faults, QSs
 
 bool SimulatorServer::start(QString* errorMessage) {
     sinceStart_.start();
-    if (!faults_.portClosedAt(0) && !server_.listen(QHostAddress::LocalHost, port_)) {
-        if (errorMessage) *errorMessage = server_.errorString();
+    if (!faults_.portClosedAt(0) && !server_->listen(QHostAddress::LocalHost, port_)) {
+        if (errorMessage) *errorMessage = server_->errorString();
         return false;
     }
-    port_ = server_.isListening() ? server_.serverPort() : port_;
+    port_ = server_->isListening() ? server_->serverPort() : port_;
     portTimer_.start();
     return true;
 }
@@ -54,19 +61,19 @@ double SimulatorServer::secondsSinceStart() const {
 
 void SimulatorServer::applyPortSchedule() {
     const bool closed = faults_.portClosedAt(secondsSinceStart());
-    if (closed && server_.isListening()) {
-        server_.close();
+    if (closed && server_->isListening()) {
+        server_->close();
         for (const auto& socket : connections_) {
             if (socket) socket->abort();
         }
         connections_.clear();
-    } else if (!closed && !server_.isListening()) {
-        server_.listen(QHostAddress::LocalHost, port_);
+    } else if (!closed && !server_->isListening()) {
+        server_->listen(QHostAddress::LocalHost, port_);
     }
 }
 
 void SimulatorServer::acceptConnections() {
-    while (QTcpSocket* socket = server_.nextPendingConnection()) {
+    while (QTcpSocket* socket = server_->nextPendingConnection()) {
         std::erase_if(connections_, [](const QPointer<QTcpSocket>& open) { return open.isNull(); });
         connections_.emplace_back(socket);
         QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
@@ -83,7 +90,7 @@ void SimulatorServer::serve(QTcpSocket* socket) {
         buffer.remove(0, end + 4);
         const QList<QByteArray> requestLine = head.left(head.indexOf("\r\n")).split(' ');
         if (requestLine.size() < 2 || requestLine[0] != "GET") {
-            write(socket, 405, QByteArray());
+            write(socket, {405, QByteArray()});
             continue;
         }
         const QByteArray& target = requestLine[1];
@@ -95,15 +102,14 @@ void SimulatorServer::serve(QTcpSocket* socket) {
 void SimulatorServer::respond(QTcpSocket* socket, const QString& path) {
     const SimulatorAnswer answer = source_.answer(path);
     const auto fault = faults_.faultFor(ServiceAnswers::endpointWord(path), secondsSinceStart());
-    if (!fault) return write(socket, answer.status, answer.body);
+    if (!fault) return write(socket, answer);
     switch (*fault) {
         case FaultSchedule::Kind::Malformed:
-            return write(socket, 200, QByteArrayLiteral("{\"Events\": [{\"EventID\""));
+            return write(socket, {200, QByteArrayLiteral("{\"Events\": [{\"EventID\"")});
         case FaultSchedule::Kind::Http500:
-            return write(socket, 500, QByteArrayLiteral("{\"errorCode\":\"INTERNAL\"}"));
+            return write(socket, {500, QByteArrayLiteral("{\"errorCode\":\"INTERNAL\"}")});
         case FaultSchedule::Kind::Slow: {
-            QTimer::singleShot(kSlowAnswerDelayMs, socket,
-                               [this, socket, answer] { write(socket, answer.status, answer.body); });
+            QTimer::singleShot(kSlowAnswerDelayMs, socket, [this, socket, answer] { write(socket, answer); });
             return;
         }
         case FaultSchedule::Kind::Closed:
@@ -111,13 +117,14 @@ void SimulatorServer::respond(QTcpSocket* socket, const QString& path) {
     }
 }
 
-void SimulatorServer::write(QTcpSocket* socket, int status, const QByteArray& body) {
+void SimulatorServer::write(QTcpSocket* socket, const SimulatorAnswer& answer) {
     if (socket->state() != QAbstractSocket::ConnectedState) return;
-    QByteArray head = "HTTP/1.1 " + QByteArray::number(status) + ' ' + reasonPhrase(status) + "\r\n";
-    head += "Content-Type: application/json\r\n";
-    head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
+    QByteArray head =
+        "HTTP/1.1 " + QByteArray::number(answer.status) + ' ' + reasonPhrase(answer.status) + "\r\n";
+    head += "Content-Type: " + answer.contentType + "\r\n";
+    head += "Content-Length: " + QByteArray::number(answer.body.size()) + "\r\n";
     head += "Connection: keep-alive\r\n\r\n";
-    socket->write(head + body);
+    socket->write(head + answer.body);
 }
 
 }  // namespace kestrum::simulator

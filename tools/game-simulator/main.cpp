@@ -3,6 +3,9 @@
 // match script or by saved answers of a real game, with switches for the service's faults; a scripted game
 // ends a few seconds after its clock stops. With --client it is only the League client's process.
 // run-game.sh, beside the binary, starts it under the process name of the game or of the client.
+// With --art-host PORT it also serves a stand-in of the Data Dragon host over plain HTTP; given alone, that
+// is all it does.
+#include "ArtHostAnswers.h"
 #include "CapturedMatch.h"
 #include "FaultSchedule.h"
 #include "GameClock.h"
@@ -87,12 +90,21 @@ void addOptions(QCommandLineParser& parser) {
         {QStringLiteral("no-window"), QStringLiteral("Serve the data service only, with no window.")},
         {QStringLiteral("no-sound"), QStringLiteral("Play no tone.")},
         {QStringLiteral("client"), QStringLiteral("Be the League client only: no window, no service.")},
+        {QStringLiteral("art-host"),
+         QStringLiteral("Also serve a stand-in of the Data Dragon host over HTTP on 127.0.0.1:PORT (0: any "
+                        "free port); alone, serve only that."),
+         QStringLiteral("port")},
     });
 }
 
 bool hasSwitch(int argc, char** argv, const char* name) {
+    const std::size_t length = std::strlen(name);
     for (int index = 1; index < argc; ++index) {
-        if (std::strcmp(argv[index], name) == 0) return true;
+        // "--name" alone or "--name=value".
+        if (std::strncmp(argv[index], name, length) == 0 &&
+            (argv[index][length] == '\0' || argv[index][length] == '=')) {
+            return true;
+        }
     }
     return false;
 }
@@ -187,6 +199,31 @@ void quitAfterTheEnd(const GameClock& clock) {
     });
 }
 
+// The art host's stand-in, when asked for: listening before the function returns, with its address printed.
+struct ArtHost {
+    ArtHostAnswers answers;
+    std::unique_ptr<SimulatorServer> server;
+};
+
+std::optional<std::unique_ptr<ArtHost>> startArtHost(const QCommandLineParser& parser, QString* error) {
+    if (!parser.isSet(QStringLiteral("art-host"))) return std::unique_ptr<ArtHost>();
+    bool portOk = false;
+    const uint port = parser.value(QStringLiteral("art-host")).toUInt(&portOk);
+    if (!portOk || port > 65535) {
+        *error = QStringLiteral("bad --art-host: give a port number (0 for any free port)");
+        return std::nullopt;
+    }
+    auto host = std::make_unique<ArtHost>();
+    host->server = std::make_unique<SimulatorServer>(host->answers, FaultSchedule(), std::nullopt,
+                                                     static_cast<quint16>(port));
+    if (!host->server->start(error)) {
+        *error = QStringLiteral("cannot listen on 127.0.0.1:%1 for the art host: %2").arg(port).arg(*error);
+        return std::nullopt;
+    }
+    printLine(QStringLiteral("art host on http://127.0.0.1:%1").arg(host->server->port()));
+    return host;
+}
+
 int runGame(QCoreApplication& application, const QCommandLineParser& parser, bool showWindow) {
     QString error;
     const std::optional<GameOptions> options = readGameOptions(parser, &error);
@@ -231,8 +268,13 @@ int runGame(QCoreApplication& application, const QCommandLineParser& parser, boo
 int main(int argc, char** argv) {
     const bool client = hasSwitch(argc, argv, "--client");
     const bool showWindow = !client && !hasSwitch(argc, argv, "--no-window") && useX11Display();
+    // The art host draws text into its tiles, which takes a GUI application; off screen when no window.
+    const bool drawsArt = hasSwitch(argc, argv, "--art-host");
+    if (drawsArt && !showWindow && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     std::unique_ptr<QCoreApplication> application;
-    if (showWindow) {
+    if (showWindow || drawsArt) {
         application = std::make_unique<QGuiApplication>(argc, argv);
     } else {
         application = std::make_unique<QCoreApplication>(argc, argv);
@@ -243,6 +285,14 @@ int main(int argc, char** argv) {
     quitOnTerminationSignals(*application);
     if (client) {
         printLine(QStringLiteral("the League client runs until SIGTERM"));
+        return application->exec();
+    }
+    QString error;
+    const std::optional<std::unique_ptr<ArtHost>> artHost = startArtHost(parser, &error);
+    if (!artHost) return fail(error);
+    const bool gameGiven = parser.isSet(QStringLiteral("script")) || parser.isSet(QStringLiteral("captures"));
+    if (*artHost && !gameGiven) {
+        printLine(QStringLiteral("serving only the art host until SIGTERM"));
         return application->exec();
     }
     return runGame(*application, parser, showWindow);

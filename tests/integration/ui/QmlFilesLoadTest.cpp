@@ -1,0 +1,95 @@
+// Every QML file of every module compiled into the windows loads, is shown in a real window and draws a
+// frame without a single warning (QTest::failOnWarning armed for any message).
+#include "QmlViewHarness.h"
+
+#include <gtest/gtest.h>
+
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QObject>
+#include <QQuickItem>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTest>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace kestrum::test {
+namespace {
+
+// The properties a file needs to be made at all (its required properties), by its resource path. The
+// style's files need none; views with required properties add a row here.
+const std::map<QString, QVariantMap> kInitialProperties{};
+
+// Resource paths, as plain strings so that GoogleTest prints them.
+std::vector<std::string> compiledQmlFiles() {
+    QStringList files;
+    QDirIterator resources(QStringLiteral(":/qt/qml/Kestrum"), {QStringLiteral("*.qml")}, QDir::Files,
+                           QDirIterator::Subdirectories);
+    while (resources.hasNext()) files.append(resources.next());
+    files.sort();
+    std::vector<std::string> paths;
+    for (const QString& file : files) paths.push_back(file.toStdString());
+    return paths;
+}
+
+// Runs under QTest::qExec, so that QTest::failOnWarning fails it on any warning.
+class QmlFileLoadCheck : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit QmlFileLoadCheck(QString resourcePath) : resourcePath_(std::move(resourcePath)) {}
+
+  private slots:
+    void loadsWithoutWarning() {
+        QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
+        QmlViewHarness harness;
+        const auto properties = kInitialProperties.find(resourcePath_);
+        QQuickItem* view =
+            harness.show(QUrl(QStringLiteral("qrc") + resourcePath_),
+                         properties == kInitialProperties.end() ? QVariantMap() : properties->second);
+        QVERIFY2(view, qPrintable(harness.errors()));
+        QVERIFY(!harness.screenshot().isNull());
+    }
+
+  private:
+    QString resourcePath_;
+};
+
+class QmlFiles : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(QmlFiles, LoadWithoutWarning) {
+    KESTRUM_REQUIRE_DISPLAY();
+    QmlFileLoadCheck check(QString::fromStdString(GetParam()));
+    EXPECT_EQ(QTest::qExec(&check, {QStringLiteral("ui-test")}), 0) << GetParam();
+}
+
+INSTANTIATE_TEST_SUITE_P(Modules, QmlFiles, ::testing::ValuesIn(compiledQmlFiles()),
+                         [](const ::testing::TestParamInfo<std::string>& info) {
+                             const QFileInfo file(QString::fromStdString(info.param));
+                             return file.dir().dirName().toStdString() + "_" + file.baseName().toStdString();
+                         });
+
+TEST(QmlModules, EveryQmlFileOfTheWindowsIsCompiledIn) {
+    // A file left out of its module's list would never be loaded, linted or tested.
+    QSet<QString> compiled;
+    for (const std::string& file : compiledQmlFiles())
+        compiled.insert(QFileInfo(QString::fromStdString(file)).fileName());
+    ASSERT_FALSE(compiled.isEmpty()) << "no module's resources are linked in";
+    QDirIterator sources(QStringLiteral(KESTRUM_SOURCE_DIR "/src/ui"), {QStringLiteral("*.qml")}, QDir::Files,
+                         QDirIterator::Subdirectories);
+    int count = 0;
+    while (sources.hasNext()) {
+        const QString source = sources.next();
+        ++count;
+        EXPECT_TRUE(compiled.contains(QFileInfo(source).fileName())) << source.toStdString();
+    }
+    EXPECT_GT(count, 0);
+}
+
+}  // namespace
+}  // namespace kestrum::test
+
+#include "QmlFilesLoadTest.moc"

@@ -1,0 +1,55 @@
+// The main of the view tests: a private home, a private X server (Xvfb, whose Mesa llvmpipe gives the
+// scene graph its OpenGL), a QGuiApplication on it, then GoogleTest. Without Xvfb every test skips,
+// saying so, unless KESTRUM_REQUIRE_MEDIA=1 (CI), where that is a failure.
+#include "QmlViewHarness.h"
+#include "support/DisplayServers.h"
+#include "support/TestEnvironment.h"
+#include "ui/KestrumUi.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+bool onlyListing(int argc, char** argv) {
+    for (int index = 1; index < argc; ++index) {
+        if (std::strcmp(argv[index], "--gtest_list_tests") == 0) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QTemporaryDir home(QDir::tempPath() + QStringLiteral("/kestrum-test-XXXXXX"));
+    if (!home.isValid()) return 2;
+    kestrum::test::usePrivateHome(home.path());
+    kestrum::test::XvfbServer display;
+    if (onlyListing(argc, argv)) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    } else if (display.start(1920, 1080)) {
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    } else {
+        if (qEnvironmentVariable("KESTRUM_REQUIRE_MEDIA") == QLatin1String("1")) {
+            std::fprintf(stderr, "the view tests need Xvfb: %s\n", qPrintable(display.failure()));
+            return 1;
+        }
+        kestrum::test::setDisplayMissing(display.failure());
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    // One scene graph for every window, as the application's: OpenGL, drawn on the GUI thread so that a
+    // grab sees exactly what was last rendered.
+    qputenv("QSG_RENDER_LOOP", "basic");
+    kestrum::ui::useOpenGlSceneGraph();
+    QGuiApplication application(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("Kestrum"));
+    QCoreApplication::setApplicationName(QStringLiteral("Kestrum"));
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
