@@ -47,10 +47,13 @@ bool looksDotted(const QString& text) {
 // Every symbol name the code can hand to LucideIcon, with where it comes from.
 QMap<QString, QString> symbolNamesInUse() {
     static const QRegularExpression bareName(QStringLiteral("^[a-z][a-z0-9.]*$"));
-    // A dotted name anywhere, or a bare word on a line that speaks of a symbol ("wind", "star").
+    static const QRegularExpression stringLiteral(QStringLiteral("\"(?:[^\"\\\\]|\\\\.)*\""));
+    // A dotted name anywhere, or a bare word on a line whose code speaks of a symbol ("wind", "star"); a
+    // "symbol" inside a string of that line (a role name, say) does not count.
     QMap<QString, QString> names = test::namesInSources(
         [](const test::SourceLiteral& literal) {
-            const bool symbolLine = literal.line.contains(QLatin1String("ymbol"), Qt::CaseInsensitive) &&
+            const QString code = QString(literal.line).remove(stringLiteral);
+            const bool symbolLine = code.contains(QLatin1String("ymbol"), Qt::CaseInsensitive) &&
                                     bareName.match(literal.text).hasMatch();
             return looksDotted(literal.text) || symbolLine;
         },
