@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Kestrum's one entry point for developers and CI.
 #   ./kestrum.sh test [--quick]   install what is missing, build, run every test
-#                                 (qmllint and the debug suite, then the core under ASan+UBSan, then 60 s
-#                                 of fuzzing; --quick runs qmllint and the debug suite only)
+#                                 (qmllint and the debug suite, then the unit tests built in Release, then
+#                                 the core under ASan+UBSan, then 60 s of fuzzing; --quick runs qmllint and
+#                                 the debug suite only)
 #   ./kestrum.sh bench [area]     build the release benchmarks and run them (all, or kestrum-bench-<area>)
 #   ./kestrum.sh demo             record a simulated game and show the result
 set -euo pipefail
@@ -86,6 +87,12 @@ command_test() {
     log "running the test suite"
     run_ctest --preset debug || status=1
     if ! $quick; then
+        # Optimised code is what users run, and an optimiser can expose a fault that Debug hides (an
+        # overflow once did): the unit tests run again in Release, built lean (the core only).
+        log "building the core and its unit tests in Release"
+        configure_and_build release-unit
+        log "running the unit tests in Release"
+        run_ctest --preset release-unit || status=1
         log "building the core under AddressSanitizer and UBSan"
         configure_and_build asan
         log "running the core's unit and component tests under the sanitizers"

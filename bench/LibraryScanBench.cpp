@@ -1,9 +1,12 @@
-// The library scanner on the two libraries that bound it: a warm rescan of 10,000 unchanged recordings,
-// which the review window runs at every saved recording and must not read a single sidecar; and a cold
-// scan (a new scanner, as at launch) of 50 recordings whose sidecars hold 25 MB each, once with titles
-// already right (one read per sidecar) and once as the save path leaves them (repair: three reads and a
-// write per sidecar). The files are fresh in the page cache, so the cold figures measure the scanner's
-// work, not the disk. Prints `figure <name> <value> <unit>` lines, medians of repeated runs.
+// The library scanner on the libraries that bound it: a warm rescan of 10,000 unchanged recordings,
+// which the review window runs at every saved recording and must not read a single sidecar; a cold
+// scan (a new scanner without a disk cache) of 50 recordings whose sidecars hold 25 MB each, once with
+// titles already right (one read per sidecar) and once as the save path leaves them (repair: three reads
+// and a write per sidecar); and the launches of a library of 1,000 recordings of 30-minute games with
+// 10 MB sidecars: the first, which decodes every sidecar and writes the disk cache, and a relaunch with
+// nothing changed, which decodes none. The 1,000 sidecars are hard links of one file, so the library
+// takes 10 MB of disk. The files are fresh in the page cache, so the figures measure the scanner's work,
+// not the disk. Prints `figure <name> <value> <unit>` lines, medians of repeated runs.
 #include "BenchTiming.h"
 #include "SyntheticPlayers.h"
 #include "core/library/RecordingLibraryScanner.h"
@@ -15,6 +18,8 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -33,6 +38,8 @@ using namespace kestrum;
 constexpr int kSmallLibrary = 10'000;
 constexpr int kLargeSidecars = 50;
 constexpr double kLargeSidecarMegabytes = 25;
+constexpr int kLaunchLibrary = 1'000;
+constexpr double kLaunchSidecarMegabytes = 10;
 constexpr const char* kLargeTitle = "Classic \xC2\xB7 Ahri \xC2\xB7 Mid";
 
 void printFigure(const char* name, double value, const char* unit) {
@@ -76,8 +83,8 @@ RecordingScoreboardPlayer playerBuyingLegendaries(int snapshot, int index) {
     return player;
 }
 
-// A session document of a long game, grown by snapshots until it holds 25 MB.
-std::optional<std::string> largeSidecar(const std::optional<std::string>& title) {
+// A session document of a long game, grown by snapshots until it holds `megabytes`.
+std::optional<std::string> largeSidecar(const std::optional<std::string>& title, double megabytes) {
     RecordingSessionData session = makeSessionData(std::nullopt, RecordingTelemetry{});
     session.title = title;
     const auto snapshot = [](int index) {
@@ -90,8 +97,7 @@ std::optional<std::string> largeSidecar(const std::optional<std::string>& title)
     oneSnapshot.scoreboard = {snapshot(0)};
     const Result<std::string> probe = encodeSessionData(oneSnapshot);
     if (!probe) return std::nullopt;
-    const int snapshots =
-        static_cast<int>(kLargeSidecarMegabytes * 1e6 / static_cast<double>(probe.value().size())) + 1;
+    const int snapshots = static_cast<int>(megabytes * 1e6 / static_cast<double>(probe.value().size())) + 1;
     for (int index = 0; index < snapshots; ++index) session.scoreboard->push_back(snapshot(index));
     Result<std::string> encoded = encodeSessionData(session);
     if (!encoded) return std::nullopt;
@@ -99,7 +105,7 @@ std::optional<std::string> largeSidecar(const std::optional<std::string>& title)
 }
 
 std::optional<double> makeLargeLibrary(const QString& root, const std::optional<std::string>& title) {
-    const std::optional<std::string> bytes = largeSidecar(title);
+    const std::optional<std::string> bytes = largeSidecar(title, kLargeSidecarMegabytes);
     if (!bytes) return std::nullopt;
     QDir().mkpath(root);
     const QByteArray data = QByteArray::fromStdString(*bytes);
@@ -110,10 +116,27 @@ std::optional<double> makeLargeLibrary(const QString& root, const std::optional<
     return static_cast<double>(data.size()) * kLargeSidecars / 1e6;
 }
 
+// 1,000 movies named as the save path names them, each with a hard link of one 10 MB sidecar whose title
+// is already right; the megabytes of sidecar.
+std::optional<double> makeLaunchLibrary(const QString& root) {
+    const std::optional<std::string> bytes = largeSidecar(kLargeTitle, kLaunchSidecarMegabytes);
+    if (!bytes || !QDir().mkpath(root)) return std::nullopt;
+    const QString original = root + QStringLiteral("/sidecar.original");
+    if (!writeBytes(original, QByteArray::fromStdString(*bytes))) return std::nullopt;
+    for (int index = 0; index < kLaunchLibrary; ++index) {
+        const QString movie =
+            root + QStringLiteral("/%1/").arg(index / 100) + movieName(index, "CLASSIC_Ahri_MIDDLE");
+        if (!QDir().mkpath(QFileInfo(movie).absolutePath()) || !writeBytes(movie, {})) return std::nullopt;
+        if (::link(QFile::encodeName(original).constData(),
+                   QFile::encodeName(sessionDocumentPath(movie)).constData()) != 0)
+            return std::nullopt;
+    }
+    return static_cast<double>(bytes->size()) * kLaunchLibrary / 1e6;
+}
+
 // Every entry built from its sidecar: the title is the sidecar's and the items were found.
-bool builtFromSidecars(const std::vector<MatchVideo>& matches) {
-    return matches.size() == kLargeSidecars &&
-           std::all_of(matches.begin(), matches.end(), [](const MatchVideo& m) {
+bool builtFromSidecars(const std::vector<MatchVideo>& matches, std::size_t count = kLargeSidecars) {
+    return matches.size() == count && std::all_of(matches.begin(), matches.end(), [](const MatchVideo& m) {
                return m.matchTitle == kLargeTitle && m.legendaryItemIDsInPurchaseOrder.has_value();
            });
 }
@@ -125,7 +148,7 @@ std::vector<MatchVideo> scanOnce(RecordingLibraryScanner& scanner, const QString
 
 int benchSmallLibrary(const QString& root) {
     if (!makeSmallLibrary(root)) return 1;
-    RecordingLibraryScanner scanner;
+    RecordingLibraryScanner scanner(QString{});
     std::size_t listed = 0;
     printFigure("library_cold_scan_10000_tiny_ms",
                 medianMilliseconds(1, [&] { listed = scanOnce(scanner, root).size(); }), "ms");
@@ -140,12 +163,12 @@ int benchLargeSidecars(const QString& root) {
     if (!megabytes) return 1;
     bool healthy = true;
     const double titledMs = medianMilliseconds(3, [&] {
-        RecordingLibraryScanner atLaunch;
+        RecordingLibraryScanner atLaunch(QString{});
         healthy = healthy && builtFromSidecars(scanOnce(atLaunch, root + QStringLiteral("/titled")));
     });
     if (!makeLargeLibrary(root + QStringLiteral("/untitled"), std::nullopt)) return 1;
     const double repairMs = medianMilliseconds(1, [&] {
-        RecordingLibraryScanner atLaunch;
+        RecordingLibraryScanner atLaunch(QString{});
         healthy = healthy && builtFromSidecars(scanOnce(atLaunch, root + QStringLiteral("/untitled")));
     });
     if (!healthy) return 1;
@@ -153,6 +176,28 @@ int benchLargeSidecars(const QString& root) {
     printFigure("library_cold_scan_50x25mb_throughput", *megabytes / (titledMs / 1000), "MB/s");
     printFigure("library_cold_scan_50x25mb_with_repair_ms", repairMs, "ms");
     printFigure("library_cold_scan_50x25mb_with_repair_throughput", *megabytes / (repairMs / 1000), "MB/s");
+    return 0;
+}
+
+// The first launch once (it fills the disk cache), then relaunches, each a new scanner on that cache.
+int benchLaunches(const QString& root) {
+    const std::optional<double> megabytes = makeLaunchLibrary(root + QStringLiteral("/library"));
+    if (!megabytes) return 1;
+    const QString diskCache = root + QStringLiteral("/cache/RecordingLibraryScan.json");
+    bool healthy = true;
+    const double firstMs = medianMilliseconds(1, [&] {
+        RecordingLibraryScanner firstLaunch(diskCache);
+        healthy = builtFromSidecars(scanOnce(firstLaunch, root + QStringLiteral("/library")), kLaunchLibrary);
+    });
+    const double relaunchMs = medianMilliseconds(5, [&] {
+        RecordingLibraryScanner relaunch(diskCache);
+        healthy = healthy &&
+                  builtFromSidecars(scanOnce(relaunch, root + QStringLiteral("/library")), kLaunchLibrary);
+    });
+    if (!healthy || !QFileInfo::exists(diskCache)) return 1;
+    printFigure("library_first_launch_scan_1000x10mb_ms", firstMs, "ms");
+    printFigure("library_first_launch_scan_1000x10mb_throughput", *megabytes / (firstMs / 1000), "MB/s");
+    printFigure("library_relaunch_scan_1000x10mb_unchanged_ms", relaunchMs, "ms");
     return 0;
 }
 
@@ -168,6 +213,10 @@ int main(int argc, char** argv) {
     }
     if (benchLargeSidecars(home.path() + QStringLiteral("/large")) != 0) {
         std::fprintf(stderr, "the cold scan of large sidecars did not build the entries from them\n");
+        return 1;
+    }
+    if (benchLaunches(home.path() + QStringLiteral("/launches")) != 0) {
+        std::fprintf(stderr, "the launches did not build the entries, or no disk cache was written\n");
         return 1;
     }
     return 0;

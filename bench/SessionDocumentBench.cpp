@@ -1,6 +1,7 @@
 // Measures the session document codec on the document of a long game (an hour of snapshots): a bare
 // RapidJSON DOM parse of the same bytes with the same flags as the reference, the full decode into
-// records, and the encode. Prints `figure <name> <value> <unit>` lines; asserts nothing.
+// records, the decode that streams the snapshots away (as the library scanner reads), and the encode.
+// Prints `figure <name> <value> <unit>` lines; asserts nothing.
 #include "SyntheticPlayers.h"
 #include "core/telemetry/SessionDocumentCodec.h"
 
@@ -77,15 +78,17 @@ double median(std::vector<double> samples) {
 struct Figures {
     double domMs = 0;
     double decodeMs = 0;
+    double streamedDecodeMs = 0;
     double encodeMs = 0;
 };
 
-// The three measures take turns within each repetition, after one unmeasured warm-up round, so that
+// The four measures take turns within each repetition, after one unmeasured warm-up round, so that
 // allocator and cache state favour none of them. Each clock stops before the result is destroyed:
 // freeing the output is not part of the work. Returns nothing when a run gave a wrong result.
 std::optional<Figures> measure(const RecordingSessionData& session, const std::string& bytes) {
     std::vector<double> domSamples;
     std::vector<double> decodeSamples;
+    std::vector<double> streamedSamples;
     std::vector<double> encodeSamples;
     bool healthy = true;
     for (int repetition = -1; repetition < kRepetitions; ++repetition) {
@@ -103,6 +106,14 @@ std::optional<Figures> measure(const RecordingSessionData& session, const std::s
         decoded = kestrum::Error{};
 
         start = std::chrono::steady_clock::now();
+        std::size_t snapshots = 0;
+        auto streamed =
+            kestrum::decodeSessionData(bytes, [&](RecordingScoreboardSnapshot&&) { ++snapshots; });
+        const double streamedMs = elapsedMs(start);
+        healthy = healthy && streamed.ok() && snapshots == kSnapshots;
+        streamed = kestrum::Error{};
+
+        start = std::chrono::steady_clock::now();
         auto again = kestrum::encodeSessionData(session);
         const double encodeMs = elapsedMs(start);
         healthy = healthy && again.ok() && again.value() == bytes;
@@ -111,15 +122,17 @@ std::optional<Figures> measure(const RecordingSessionData& session, const std::s
         if (repetition < 0) continue;
         domSamples.push_back(domMs);
         decodeSamples.push_back(decodeMs);
+        streamedSamples.push_back(streamedMs);
         encodeSamples.push_back(encodeMs);
     }
     if (!healthy) return std::nullopt;
-    return Figures{median(domSamples), median(decodeSamples), median(encodeSamples)};
+    return Figures{median(domSamples), median(decodeSamples), median(streamedSamples), median(encodeSamples)};
 }
 
 void print(const Figures& figures, const char* suffix) {
     std::printf("figure session_document_dom_parse%s_ms %.1f ms\n", suffix, figures.domMs);
     std::printf("figure session_document_decode%s_ms %.1f ms\n", suffix, figures.decodeMs);
+    std::printf("figure session_document_streamed_decode%s_ms %.1f ms\n", suffix, figures.streamedDecodeMs);
     std::printf("figure session_document_encode%s_ms %.1f ms\n", suffix, figures.encodeMs);
     std::printf("figure session_document_decode_to_dom_ratio%s %.2f x\n", suffix,
                 figures.decodeMs / figures.domMs);

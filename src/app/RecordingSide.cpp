@@ -25,12 +25,12 @@ GameCapturerEnvironment capturerEnvironment(PlatformServices& services, Recordin
 
 RecordingSide::RecordingSide(PlatformServices services)
     : services_(std::move(services)),
+      systemLog_(services_.systemLog),
       folderStore_(UserDefaults::standard(), *services_.folderPicker),
       permissions_(*services_.screenCaptureAccess, *services_.microphoneAccess, *services_.settingsOpener),
       storageBudget_(folderStore_, UserDefaults::standard()),
       savePath_(folderStore_),
       capturer_(capturerEnvironment(services_, savePath_)) {
-    installCaptureSystemLog(services_.systemLog);
     coordinator_ =
         std::make_unique<RecordingCoordinator>(*services_.workspace, *services_.screenCaptureAccess,
                                                capturer_, liveClient_, storageBudget_, Clock::system());
@@ -38,8 +38,6 @@ RecordingSide::RecordingSide(PlatformServices services)
 
 RecordingSide::~RecordingSide() {
     coordinator_.reset();
-    installCaptureSystemLog(nullptr);
-    waitForCaptureLogWrites();
 }
 
 QCoro::Task<void> RecordingSide::prepareForTermination() {

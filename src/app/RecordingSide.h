@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/CaptureSystemLogInstallation.h"
 #include "app/PlatformServices.h"
 #include "core/capture/GameCapturer.h"
 #include "core/recording/RecordingCoordinator.h"
@@ -17,7 +18,8 @@ namespace kestrum {
 
 // The recording side of the application, composed once: the folder store, the permissions, the live
 // client, the capturer and the coordinator, on the platform's adapters. Process-wide; main thread.
-// Members are declared in the order they depend on each other, so they are destroyed in reverse.
+// Members are declared in the order they depend on each other, so they are destroyed in reverse; the
+// system log's sink comes before everything that may log.
 class RecordingSide {
   public:
     explicit RecordingSide(PlatformServices services);
@@ -34,6 +36,7 @@ class RecordingSide {
 
   private:
     PlatformServices services_;
+    CaptureSystemLogInstallation systemLog_;
     RecordingFolderStore folderStore_;
     RecordingPermissions permissions_;
     RecordingStorageBudgetSource storageBudget_;

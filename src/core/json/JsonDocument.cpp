@@ -29,15 +29,20 @@ Status parseJson(std::string_view bytes, rapidjson::Document& document) {
         return !result.IsError();
     };
     document.Populate(generate);
+    return parseOutcome(result, stream.Tell(), bytes.size(), handler.numberTooBig(), document);
+}
+
+Status parseOutcome(const rapidjson::ParseResult& result, std::size_t stoppedAt, std::size_t inputBytes,
+                    bool numberTooBig, rapidjson::Document& document) {
     if (!result.IsError()) {
         // The reader takes a NUL byte for the end of its input; anything from there on is not JSON.
-        if (stream.Tell() == bytes.size()) return Status::success();
+        if (stoppedAt == inputBytes) return Status::success();
         document.SetNull();
         return parseError(
-            stream.Tell(),
+            stoppedAt,
             QString::fromUtf8(rapidjson::GetParseError_En(rapidjson::kParseErrorDocumentRootNotSingular)));
     }
-    if (handler.numberTooBig()) {
+    if (numberTooBig) {
         return parseError(result.Offset(),
                           QString::fromUtf8(rapidjson::GetParseError_En(rapidjson::kParseErrorNumberTooBig)));
     }

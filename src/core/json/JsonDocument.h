@@ -26,6 +26,13 @@ inline constexpr unsigned kParseFlags = rapidjson::kParseValidateEncodingFlag |
 // "invalid JSON at byte offset N: <reason>".
 Status parseJson(std::string_view bytes, rapidjson::Document& document);
 
+// The outcome of a parse of `inputBytes` bytes into `document` that stopped at offset `stoppedAt` with
+// `result`; `numberTooBig` when a number's conversion stopped it. The shared ending of parseJson and
+// its streaming kin: a parse that ends before the input does (at a NUL byte) fails, and so clears the
+// document.
+Status parseOutcome(const rapidjson::ParseResult& result, std::size_t stoppedAt, std::size_t inputBytes,
+                    bool numberTooBig, rapidjson::Document& document);
+
 // Parses and reads a whole document; any failure anywhere fails the whole value.
 template <class T>
 Result<T> decodeDocument(std::string_view bytes) {

@@ -3,6 +3,7 @@
 #include "core/json/JsonDocument.h"
 #include "core/json/JsonValueKind.h"
 
+#include <QSet>
 #include <QUrl>
 
 namespace kestrum::json {
@@ -66,9 +67,44 @@ struct FieldTable<LibraryCache> {
         fieldTable<R>(requiredField<&R::folderPath>("folderPath"), requiredField<&R::matches>("matches"));
 };
 
+template <>
+struct FieldTable<LibraryScanCache::FileStamp> {
+    using R = LibraryScanCache::FileStamp;
+    static constexpr auto fields = fieldTable<R>(optionalField<&R::fileSize>("fileSize"),
+                                                 optionalField<&R::modificationDate>("modificationDate"));
+};
+
+template <>
+struct FieldTable<LibraryScanCache::Fingerprint> {
+    using R = LibraryScanCache::Fingerprint;
+    static constexpr auto fields =
+        fieldTable<R>(requiredField<&R::sidecar>("sidecar"), requiredField<&R::video>("video"));
+};
+
+template <>
+struct FieldTable<LibraryScanCache::Recording> {
+    using R = LibraryScanCache::Recording;
+    static constexpr auto fields =
+        fieldTable<R>(requiredField<&R::fingerprint>("fingerprint"), requiredField<&R::match>("match"));
+};
+
+template <>
+struct FieldTable<LibraryScanCache> {
+    using R = LibraryScanCache;
+    static constexpr auto fields =
+        fieldTable<R>(requiredField<&R::recordings>("recordings"), requiredField<&R::version>("version"));
+};
+
 }  // namespace kestrum::json
 
 namespace kestrum {
+
+namespace {
+
+// A stamp and a file URL take about this much room in the written form, besides the entry itself.
+constexpr std::size_t kBytesPerCachedRecording = 768;
+
+}  // namespace
 
 Result<MatchVideo> decodeMatchVideo(std::string_view bytes) {
     return json::decodeDocument<MatchVideo>(bytes);
@@ -84,6 +120,25 @@ Result<LibraryCache> decodeLibraryCache(std::string_view bytes) {
 
 Result<std::string> encodeLibraryCache(const LibraryCache& cache) {
     return json::encodeDocument(cache, 512 * (cache.matches.size() + 1));
+}
+
+Result<LibraryScanCache> decodeLibraryScanCache(std::string_view bytes) {
+    Result<LibraryScanCache> decoded = json::decodeDocument<LibraryScanCache>(bytes);
+    if (!decoded) return decoded;
+    QSet<QString> movies;
+    movies.reserve(static_cast<qsizetype>(decoded.value().recordings.size()));
+    for (const auto& recording : decoded.value().recordings) {
+        if (movies.contains(recording.match.url)) {
+            return Error::withDescription(
+                QStringLiteral("recordings: the movie \"%1\" is listed twice").arg(recording.match.url));
+        }
+        movies.insert(recording.match.url);
+    }
+    return decoded;
+}
+
+Result<std::string> encodeLibraryScanCache(const LibraryScanCache& cache) {
+    return json::encodeDocument(cache, 64 + kBytesPerCachedRecording * cache.recordings.size());
 }
 
 }  // namespace kestrum

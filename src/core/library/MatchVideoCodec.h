@@ -2,6 +2,7 @@
 
 #include "base/common/Result.h"
 #include "core/library/LibraryCache.h"
+#include "core/library/LibraryScanCache.h"
 #include "core/library/MatchVideo.h"
 
 #include <string>
@@ -19,5 +20,14 @@ Result<std::string> encodeMatchVideo(const MatchVideo& video);
 // The library cache: {"folderPath": string, "matches": [MatchVideo]}, both required.
 Result<LibraryCache> decodeLibraryCache(std::string_view bytes);
 Result<std::string> encodeLibraryCache(const LibraryCache& cache);
+
+// The scanner's disk cache: {"recordings": [{"fingerprint": {"sidecar": stamp, "video": stamp},
+// "match": MatchVideo}], "version": integer}, a stamp being {"fileSize"?: integer, "modificationDate"?:
+// date}. Everything is required but the stamps' members. A file that names one movie twice fails: it
+// was not written here. The version is read, not judged; the scanner ignores a file of another one.
+// The file lies in the user's cache folder, where anything may have been put: this is a reader of
+// outside input.
+Result<LibraryScanCache> decodeLibraryScanCache(std::string_view bytes);
+Result<std::string> encodeLibraryScanCache(const LibraryScanCache& cache);
 
 }  // namespace kestrum

@@ -32,9 +32,6 @@ constexpr std::array<std::pair<std::int64_t, std::int64_t>, 22> kMapIDByQueue{{
     {1740, kArenaMapID},
 }};
 
-constexpr std::int64_t kFirstItemSlot = 0;
-constexpr std::int64_t kLastItemSlot = 5;
-
 // The local player as far as the session shows it. The scoreboard player is the one of the last
 // snapshot; the pointers point into the session.
 struct LocalPlayer {
@@ -43,30 +40,17 @@ struct LocalPlayer {
     const RecordingScoreboardPlayer* scoreboardPlayer = nullptr;
 };
 
-const RecordingScoreboardSnapshot* lastSnapshotOf(
-    const std::optional<std::vector<RecordingScoreboardSnapshot>>& scoreboard) {
-    return scoreboard && !scoreboard->empty() ? &scoreboard->back() : nullptr;
+const RecordingScoreboardSnapshot* lastSnapshotOf(const std::optional<ScoreboardDigest>& scoreboard) {
+    return scoreboard && scoreboard->lastSnapshot ? &*scoreboard->lastSnapshot : nullptr;
 }
 
-LocalPlayer findLocalPlayer(const RecordingSessionData& session,
-                            const std::optional<LocalPlayerSearch>& search) {
+LocalPlayer findLocalPlayer(const SessionDigest& digest, const std::optional<LocalPlayerSearch>& search) {
     LocalPlayer local;
-    local.lastSnapshot = lastSnapshotOf(session.scoreboard);
+    local.lastSnapshot = lastSnapshotOf(digest.scoreboard);
     if (!search) return local;
-    if (session.matchData) local.participant = search->participantIn(*session.matchData);
+    if (digest.session.matchData) local.participant = search->participantIn(*digest.session.matchData);
     if (local.lastSnapshot) local.scoreboardPlayer = search->playerIn(*local.lastSnapshot);
     return local;
-}
-
-// Items of a player in slots 0 to 5, by slot, keeping the stored order between equal slots.
-std::vector<RecordingScoreboardPlayer::Item> slottedItems(const RecordingScoreboardPlayer& player) {
-    std::vector<RecordingScoreboardPlayer::Item> items;
-    for (const auto& item : player.items) {
-        if (item.slot >= kFirstItemSlot && item.slot <= kLastItemSlot) items.push_back(item);
-    }
-    std::stable_sort(items.begin(), items.end(),
-                     [](const auto& a, const auto& b) { return a.slot < b.slot; });
-    return items;
 }
 
 std::optional<std::int64_t> killParticipation(const RecordingSessionData& session, const LocalPlayer& local) {
@@ -114,10 +98,10 @@ void applyScores(MatchVideo& video, const LocalPlayer& local) {
 
 // The champion and role favour the post-game record, the scores (applyScores) the scoreboard: the
 // asymmetry is intended.
-void applySession(MatchVideo& video, const RecordingSessionData& session,
-                  const ParsedRecordingFileName& fileName) {
+void applySession(MatchVideo& video, const SessionDigest& digest, const ParsedRecordingFileName& fileName) {
+    const RecordingSessionData& session = digest.session;
     const std::optional<LocalPlayerSearch> search = LocalPlayerSearch::fromFileName(fileName);
-    const LocalPlayer local = findLocalPlayer(session, search);
+    const LocalPlayer local = findLocalPlayer(digest, search);
     if (session.title) video.matchTitle = session.title;
     video.mediaKind = session.mediaKind;
     if (session.matchData) {
@@ -136,17 +120,16 @@ void applySession(MatchVideo& video, const RecordingSessionData& session,
     if (local.scoreboardPlayer) video.championAssetName = cleanedChampionName(*local.scoreboardPlayer);
     applyScores(video, local);
     video.killParticipation = killParticipation(session, local);
-    video.finalItemIDs = finalItemIDs(session.scoreboard, search);
+    video.finalItemIDs = finalItemIDs(digest.scoreboard, search);
     const bool isArena = fileName.gameMode && upperCased(*fileName.gameMode) == "CHERRY";
-    video.legendaryItemIDsInPurchaseOrder =
-        legendaryItemIDsInPurchaseOrder(session.scoreboard, search, isArena);
+    video.legendaryItemIDsInPurchaseOrder = legendaryItemIDsInPurchaseOrder(digest.scoreboard, isArena);
 }
 
 }  // namespace
 
 MatchVideo deriveMatchVideo(const QString& moviePath, ReferenceDate date,
                             const ParsedRecordingFileName& fileName,
-                            const std::optional<RecordingSessionData>& session) {
+                            const std::optional<SessionDigest>& digest) {
     MatchVideo video;
     video.url = moviePath;
     video.date = date;
@@ -155,9 +138,17 @@ MatchVideo deriveMatchVideo(const QString& moviePath, ReferenceDate date,
     video.championAssetName = fileName.champion;
     video.gameMode = fileName.gameMode;
     video.role = fileName.lane;
-    video.mapID = mapIDFor(fileName.gameMode, session ? session->matchData : std::nullopt);
-    if (session) applySession(video, *session, fileName);
+    video.mapID = mapIDFor(fileName.gameMode, digest ? digest->session.matchData : std::nullopt);
+    if (digest) applySession(video, *digest, fileName);
     return video;
+}
+
+MatchVideo deriveMatchVideo(const QString& moviePath, ReferenceDate date,
+                            const ParsedRecordingFileName& fileName,
+                            std::optional<RecordingSessionData> session) {
+    std::optional<SessionDigest> digest;
+    if (session) digest = SessionDigest::of(std::move(*session), LocalPlayerSearch::fromFileName(fileName));
+    return deriveMatchVideo(moviePath, date, fileName, digest);
 }
 
 std::optional<std::int64_t> mapIDFor(const std::optional<std::string>& gameMode,
@@ -182,37 +173,29 @@ std::int64_t killParticipationPercent(std::int64_t kills, std::int64_t assists, 
     return static_cast<std::int64_t>(std::clamp(percent, -9.2e18, 100.0));
 }
 
-std::optional<std::vector<std::int64_t>> finalItemIDs(
-    const std::optional<std::vector<RecordingScoreboardSnapshot>>& scoreboard,
-    const std::optional<LocalPlayerSearch>& search) {
+std::optional<std::vector<std::int64_t>> finalItemIDs(const std::optional<ScoreboardDigest>& scoreboard,
+                                                      const std::optional<LocalPlayerSearch>& search) {
     const RecordingScoreboardSnapshot* last = lastSnapshotOf(scoreboard);
     if (!last || !search) return std::nullopt;
     const RecordingScoreboardPlayer* player = search->playerIn(*last);
     if (!player) return std::nullopt;
-    std::vector<std::int64_t> ids;
-    for (const auto& item : slottedItems(*player)) ids.push_back(item.itemID);
-    return ids;
+    return slottedItemIDs(*player);
 }
 
 std::optional<std::vector<std::int64_t>> legendaryItemIDsInPurchaseOrder(
-    const std::optional<std::vector<RecordingScoreboardSnapshot>>& scoreboard,
-    const std::optional<LocalPlayerSearch>& search, bool isArena) {
-    if (!scoreboard || !search) return std::nullopt;
-    // Sorting pointers keeps the snapshots where they are; a long game holds thousands of them.
-    std::vector<const RecordingScoreboardSnapshot*> byGameTime;
-    byGameTime.reserve(scoreboard->size());
-    for (const auto& snapshot : *scoreboard) byGameTime.push_back(&snapshot);
+    const std::optional<ScoreboardDigest>& scoreboard, bool isArena) {
+    if (!scoreboard) return std::nullopt;
+    std::vector<const ScoreboardDigest::LocalItems*> byGameTime;
+    byGameTime.reserve(scoreboard->localItems.size());
+    for (const auto& held : scoreboard->localItems) byGameTime.push_back(&held);
     std::stable_sort(byGameTime.begin(), byGameTime.end(),
                      [](const auto* a, const auto* b) { return a->gameTime < b->gameTime; });
 
     std::vector<std::int64_t> ids;
     std::unordered_set<std::int64_t> seen;
-    for (const RecordingScoreboardSnapshot* snapshot : byGameTime) {
-        const RecordingScoreboardPlayer* player = search->playerIn(*snapshot);
-        if (!player) continue;
-        for (const auto& item : slottedItems(*player)) {
-            if (isFinishedItem(item.itemID, isArena) && seen.insert(item.itemID).second)
-                ids.push_back(item.itemID);
+    for (const ScoreboardDigest::LocalItems* held : byGameTime) {
+        for (const std::int64_t itemID : held->itemIDs) {
+            if (isFinishedItem(itemID, isArena) && seen.insert(itemID).second) ids.push_back(itemID);
         }
     }
     if (ids.empty()) return std::nullopt;

@@ -1,63 +1,95 @@
 #include "core/library/RecordingLibraryScanner.h"
 
+#include "base/common/AtomicFileWrite.h"
+#include "core/library/LocalPlayerSearch.h"
+#include "core/library/MatchVideoCodec.h"
 #include "core/library/MatchVideoDerivation.h"
 #include "core/library/ParsedRecordingFileName.h"
+#include "core/library/RecordingLibraryDate.h"
 #include "core/library/RecordingMovieWalk.h"
 #include "core/library/RecordingTitles.h"
 #include "core/library/SidecarTitleRepair.h"
 #include "core/telemetry/RecordingSidecarStore.h"
 #include "core/telemetry/SessionDocumentBuilder.h"
 
+#include <QDir>
+#include <QFile>
 #include <QSet>
+#include <QStandardPaths>
 
+#include <string_view>
 #include <utility>
 
 namespace kestrum {
 
 namespace {
 
+// The sidecar as the entry needs it: the document, and the digest of its scoreboard taken while it is
+// decoded. Absent when the file cannot be read or decoded.
+std::optional<SessionDigest> readDigest(const QString& sidecarPath,
+                                        const std::optional<LocalPlayerSearch>& search) {
+    ScoreboardDigest scoreboard;
+    std::optional<RecordingSessionData> session = RecordingSidecarStore::shared().readSessionData(
+        sidecarPath,
+        [&](RecordingScoreboardSnapshot&& snapshot) { scoreboard.add(std::move(snapshot), search); });
+    if (!session) return std::nullopt;
+    SessionDigest digest;
+    if (session->scoreboard) digest.scoreboard = std::move(scoreboard);
+    session->scoreboard.reset();
+    digest.session = std::move(*session);
+    return digest;
+}
+
 // The session of a movie to build its entry from. A document with a missing or stale generated title
 // is rewritten with the worked-out one, under the store's lock on the file's current content; whether
 // that worked or not, the document is then read once more, so the entry shows what the file holds. Any
 // failure on the way leaves the movie without a session, silently.
-std::optional<RecordingSessionData> readSession(const QString& sidecarPath,
-                                                const ParsedRecordingFileName& fileName) {
-    RecordingSidecarStore& store = RecordingSidecarStore::shared();
-    std::optional<RecordingSessionData> session = store.readSessionData(sidecarPath);
-    if (!session) return std::nullopt;
-    const std::optional<std::string> title = repairedTitle(*session, fileName);
-    if (!title) return session;
+std::optional<SessionDigest> readSession(const QString& sidecarPath,
+                                         const ParsedRecordingFileName& fileName) {
+    const std::optional<LocalPlayerSearch> search = LocalPlayerSearch::fromFileName(fileName);
+    std::optional<SessionDigest> digest = readDigest(sidecarPath, search);
+    if (!digest) return std::nullopt;
+    const std::optional<std::string> title = repairedTitle(digest->session, fileName);
+    if (!title) return digest;
     // A failed rewrite is dropped: the stale title stays and is tried again at the sidecar's next change.
-    (void)store.rewriteSessionData(sidecarPath, [&title](RecordingSessionData current) {
-        return upgradedSessionDocument(std::move(current), *title);
-    });
-    return store.readSessionData(sidecarPath);
+    (void)RecordingSidecarStore::shared().rewriteSessionData(
+        sidecarPath, [&title](RecordingSessionData current) {
+            return upgradedSessionDocument(std::move(current), *title);
+        });
+    return readDigest(sidecarPath, search);
 }
 
-// The creation date, where the file system keeps one (statx birth time); else the time of the scan.
-ReferenceDate creationDateOf(const QFileInfo& movie, ReferenceDate scanTime) {
-    const QDateTime birth = movie.birthTime();
-    return birth.isValid() ? ReferenceDate::fromDateTime(birth) : scanTime;
+// The records of a usable disk cache file, keyed by movie path; empty for anything else.
+QHash<QString, LibraryScanCache::Recording> readDiskCache(const QString& file) {
+    QFile handle(file);
+    if (!handle.open(QIODevice::ReadOnly)) return {};
+    const QByteArray bytes = handle.readAll();
+    Result<LibraryScanCache> decoded =
+        decodeLibraryScanCache(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+    if (!decoded || decoded.value().version != LibraryScanCache::currentVersion) return {};
+    QHash<QString, LibraryScanCache::Recording> records;
+    records.reserve(static_cast<qsizetype>(decoded.value().recordings.size()));
+    for (auto& recording : decoded.value().recordings) {
+        const QString path = recording.match.url;
+        records.insert(path, std::move(recording));
+    }
+    return records;
 }
 
 }  // namespace
 
-RecordingLibraryScanner::FileStamp RecordingLibraryScanner::FileStamp::of(const QString& path) {
-    return of(QFileInfo(path));
-}
-
-RecordingLibraryScanner::FileStamp RecordingLibraryScanner::FileStamp::of(const QFileInfo& info) {
-    if (!info.exists()) return {};
-    FileStamp stamp;
-    const QDateTime modified = info.lastModified();
-    if (modified.isValid()) stamp.modificationDate = ReferenceDate::fromDateTime(modified);
-    stamp.fileSize = info.size();
-    return stamp;
-}
-
-RecordingLibraryScanner::RecordingLibraryScanner() : queue_(QStringLiteral("com.kestrum.library.scanner")) {}
+RecordingLibraryScanner::RecordingLibraryScanner(QString diskCacheFile, BirthTimeSource birthTime)
+    : diskCacheFile_(std::move(diskCacheFile)),
+      birthTime_(birthTime ? std::move(birthTime) : BirthTimeSource(&fileBirthTime)),
+      queue_(QStringLiteral("com.kestrum.library.scanner")) {}
 
 RecordingLibraryScanner::~RecordingLibraryScanner() = default;
+
+QString RecordingLibraryScanner::defaultDiskCacheFile() {
+    const QString caches = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
+    if (caches.isEmpty()) return {};
+    return caches + QStringLiteral("/Kestrum/RecordingLibraryScan.json");
+}
 
 QFuture<Result<std::vector<MatchVideo>>> RecordingLibraryScanner::scan(const QString& folderPath) {
     return queue_.submit(
@@ -71,22 +103,31 @@ std::vector<QString> RecordingLibraryScanner::cachedPaths() {
 }
 
 std::vector<MatchVideo> RecordingLibraryScanner::scanOnQueue(const QString& folderPath) {
+    loadDiskCacheOnce();
     const ReferenceDate scanTime = ReferenceDate::now();
     std::vector<MatchVideo> matches;
     QSet<QString> seen;
+    bool changed = false;
     const bool listed = forEachMovieIn(folderPath, [&](const QFileInfo& movie) {
         seen.insert(movie.filePath());
-        matches.push_back(entryFor(movie, scanTime));
+        matches.push_back(entryFor(movie, scanTime, changed));
     });
     if (!listed) return {};
     for (auto entry = cache_.begin(); entry != cache_.end();) {
-        entry = seen.contains(entry.key()) ? std::next(entry) : cache_.erase(entry);
+        if (seen.contains(entry.key())) {
+            ++entry;
+        } else {
+            entry = cache_.erase(entry);
+            changed = true;
+        }
     }
+    // Queued behind this scan, so its result is given first.
+    if (changed && !diskCacheFile_.isEmpty()) queue_.async([this] { storeDiskCache(); });
     sortNewestFirst(matches);
     return matches;
 }
 
-MatchVideo RecordingLibraryScanner::entryFor(const QFileInfo& movie, ReferenceDate scanTime) {
+MatchVideo RecordingLibraryScanner::entryFor(const QFileInfo& movie, ReferenceDate scanTime, bool& rebuilt) {
     const QString moviePath = movie.filePath();
     const QString sidecarPath = sessionDocumentPath(moviePath);
     const Fingerprint before{FileStamp::of(movie), FileStamp::of(sidecarPath)};
@@ -96,15 +137,32 @@ MatchVideo RecordingLibraryScanner::entryFor(const QFileInfo& movie, ReferenceDa
     MatchVideo match = buildEntry(movie, sidecarPath, scanTime);
     // Stamped again: a repair has just changed the sidecar's date and size.
     cache_.insert(moviePath, CachedRecording{{FileStamp::of(moviePath), FileStamp::of(sidecarPath)}, match});
+    rebuilt = true;
     return match;
 }
 
 MatchVideo RecordingLibraryScanner::buildEntry(const QFileInfo& movie, const QString& sidecarPath,
-                                               ReferenceDate scanTime) {
+                                               ReferenceDate scanTime) const {
     const QString moviePath = movie.filePath();
     const ParsedRecordingFileName fileName = ParsedRecordingFileName::parse(moviePath);
-    const std::optional<RecordingSessionData> session = readSession(sidecarPath, fileName);
-    return deriveMatchVideo(moviePath, creationDateOf(movie, scanTime), fileName, session);
+    const ReferenceDate date = recordingLibraryDate(birthTime_(movie), moviePath, scanTime);
+    return deriveMatchVideo(moviePath, date, fileName, readSession(sidecarPath, fileName));
+}
+
+void RecordingLibraryScanner::loadDiskCacheOnce() {
+    if (diskCacheLoaded_) return;
+    diskCacheLoaded_ = true;
+    if (!diskCacheFile_.isEmpty()) cache_ = readDiskCache(diskCacheFile_);
+}
+
+void RecordingLibraryScanner::storeDiskCache() const {
+    LibraryScanCache stored;
+    stored.recordings.reserve(static_cast<std::size_t>(cache_.size()));
+    for (const CachedRecording& recording : cache_) stored.recordings.push_back(recording);
+    const Result<std::string> encoded = encodeLibraryScanCache(stored);
+    if (!encoded) return;  // dropped: the next scan that changes something writes it again
+    (void)QDir().mkpath(QFileInfo(diskCacheFile_).absolutePath());
+    (void)writeFileAtomically(diskCacheFile_, QByteArray::fromStdString(encoded.value()));
 }
 
 }  // namespace kestrum

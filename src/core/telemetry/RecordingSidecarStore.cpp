@@ -1,7 +1,5 @@
 #include "core/telemetry/RecordingSidecarStore.h"
 
-#include "core/telemetry/SessionDocumentCodec.h"
-
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -60,6 +58,12 @@ std::optional<RecordingSessionData> RecordingSidecarStore::readSessionData(const
     return readLocked(path).toOptional();
 }
 
+std::optional<RecordingSessionData> RecordingSidecarStore::readSessionData(
+    const QString& path, const ScoreboardSnapshotVisitor& visitSnapshot) {
+    const std::lock_guard hold(lock_);
+    return readLocked(path, &visitSnapshot).toOptional();
+}
+
 Status RecordingSidecarStore::writeSessionData(const RecordingSessionData& session, const QString& path) {
     const std::lock_guard hold(lock_);
     return writeLocked(session, path);
@@ -73,7 +77,8 @@ Status RecordingSidecarStore::rewriteSessionData(
     return writeLocked(transform(std::move(current).value()), path);
 }
 
-Result<RecordingSessionData> RecordingSidecarStore::readLocked(const QString& path) {
+Result<RecordingSessionData> RecordingSidecarStore::readLocked(
+    const QString& path, const ScoreboardSnapshotVisitor* visitSnapshot) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return fileError(path, QStringLiteral("could not be read"), file.errorString());
@@ -81,8 +86,9 @@ Result<RecordingSessionData> RecordingSidecarStore::readLocked(const QString& pa
     if (file.error() != QFileDevice::NoError) {
         return fileError(path, QStringLiteral("could not be read"), file.errorString());
     }
+    const std::string_view text(bytes.constData(), static_cast<std::size_t>(bytes.size()));
     Result<RecordingSessionData> decoded =
-        decodeSessionData(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+        visitSnapshot ? decodeSessionData(text, *visitSnapshot) : decodeSessionData(text);
     if (!decoded) return withContext(path, QStringLiteral("could not be decoded"), decoded.error());
     return decoded;
 }

@@ -2,6 +2,7 @@
 
 #include "base/common/Result.h"
 #include "core/telemetry/RecordingSessionData.h"
+#include "core/telemetry/SessionDocumentCodec.h"
 
 #include <QString>
 
@@ -29,6 +30,12 @@ class RecordingSidecarStore {
     // silently. The file is left as it is.
     std::optional<RecordingSessionData> readSessionData(const QString& path);
 
+    // The same read, decoded by the streaming decoder: the snapshots go to `visitSnapshot`, under the
+    // lock, and the document comes back with an empty scoreboard (see SessionDocumentCodec.h). The
+    // visitor must not call back into the store.
+    std::optional<RecordingSessionData> readSessionData(const QString& path,
+                                                        const ScoreboardSnapshotVisitor& visitSnapshot);
+
     // Encodes `session` and replaces the file at `path` atomically: the bytes go to a temporary file
     // in the same folder, are flushed to the disk, and the temporary file is renamed over the target,
     // so a reader sees the old document or the new one and a failure leaves the old one in place.
@@ -44,7 +51,8 @@ class RecordingSidecarStore {
     RecordingSidecarStore() = default;
 
     // The bodies of the operations; the caller holds `lock_`.
-    Result<RecordingSessionData> readLocked(const QString& path);
+    Result<RecordingSessionData> readLocked(const QString& path,
+                                            const ScoreboardSnapshotVisitor* visitSnapshot = nullptr);
     Status writeLocked(const RecordingSessionData& session, const QString& path);
 
     // Held over a whole read, write or rewrite of any session document. Not recursive.

@@ -1,6 +1,7 @@
 #include "core/telemetry/SessionDocumentCodec.h"
 
 #include "core/json/JsonDocument.h"
+#include "core/json/StreamedArrayParse.h"
 
 namespace kestrum::json {
 
@@ -187,6 +188,33 @@ std::size_t estimatedSizeBytes(const RecordingSessionData& session) {
 
 Result<RecordingSessionData> decodeSessionData(std::string_view bytes) {
     return json::decodeDocument<RecordingSessionData>(bytes);
+}
+
+Result<RecordingSessionData> decodeSessionData(std::string_view bytes,
+                                               const ScoreboardSnapshotVisitor& visitSnapshot) {
+    static constexpr std::string_view kScoreboardKey = "scoreboard";
+    json::JsonFailure failure;
+    bool snapshotFailed = false;
+    std::size_t index = 0;
+    rapidjson::Document document;
+    const Status parsed =
+        json::parseJsonStreamingArray(bytes, kScoreboardKey, document, [&](const rapidjson::Value& element) {
+            RecordingScoreboardSnapshot snapshot;
+            if (!json::ValueCodec<RecordingScoreboardSnapshot>::read(element, snapshot, failure)) {
+                failure.addIndex(index);
+                failure.addKey(kScoreboardKey);
+                snapshotFailed = true;
+                return false;
+            }
+            ++index;
+            visitSnapshot(std::move(snapshot));
+            return true;
+        });
+    if (snapshotFailed) return failure.toError();
+    if (!parsed) return parsed.error();
+    RecordingSessionData session;
+    if (!json::ValueCodec<RecordingSessionData>::read(document, session, failure)) return failure.toError();
+    return session;
 }
 
 Result<std::string> encodeSessionData(const RecordingSessionData& session) {

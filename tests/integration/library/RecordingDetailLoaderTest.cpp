@@ -203,6 +203,25 @@ TEST_F(RecordingDetailLoaderTest, ThumbnailsComeFromMemoryThenDiskAndTheTwentyFi
     EXPECT_TRUE(loader.cachedThumbnail(movies[24]).result());
 }
 
+// A new recording saved under the name of an older one replaces its file: its card must not keep the
+// old picture, from memory or from disk.
+TEST_F(RecordingDetailLoaderTest, AReplacedMovieGetsANewThumbnail) {
+    RecordingDetailLoader loader(cacheFolder());
+    const std::optional<QImage> old = loader.thumbnail(movie_, 1.5).result();
+    ASSERT_TRUE(old);
+    EXPECT_EQ(old->size(), QSize(320, 180));
+
+    const QString newer = writeSmallMovie(folder_.filePath(QStringLiteral("newer.mov")), 160, 90);
+    ASSERT_FALSE(newer.isEmpty());
+    ASSERT_TRUE(QFile::remove(movie_.url));
+    ASSERT_TRUE(QFile::rename(newer, movie_.url));
+    EXPECT_FALSE(loader.cachedThumbnail(movie_).result());
+    EXPECT_FALSE(RecordingDetailLoader(cacheFolder()).cachedThumbnail(movie_).result());
+    const std::optional<QImage> replaced = loader.thumbnail(movie_, 1.5).result();
+    ASSERT_TRUE(replaced);
+    EXPECT_EQ(replaced->size(), QSize(160, 90));
+}
+
 TEST_F(RecordingDetailLoaderTest, AFileThatIsNoMovieGivesNoThumbnailAndLeavesNothingBehind) {
     const QString fake = folder_.filePath(QStringLiteral("fake.mov"));
     ASSERT_TRUE(writeFileBytes(fake, "not a movie"));

@@ -135,6 +135,33 @@ TEST(MatchVideoDerivation, FieldsFromBothSourcesAndTheName) {
     EXPECT_EQ(nameOnly, expected);
 }
 
+// The map of every row of the queue table, and the mode words of the name that come before it.
+TEST(MatchVideoDerivation, MapByModeWordThenQueue) {
+    using Map = std::optional<std::int64_t>;
+    std::vector<std::tuple<std::optional<std::string>, std::optional<std::int64_t>, Map>> rows;
+    for (const std::int64_t queue :
+         {0, 4, 6, 42, 400, 420, 430, 440, 480, 490, 700, 830, 840, 850, 900, 1020, 1400})
+        rows.emplace_back("CLASSIC", queue, 11);
+    rows.emplace_back("CLASSIC", 450, 12);
+    rows.emplace_back("CLASSIC", 1300, 21);
+    for (const std::int64_t queue : {1700, 1710, 1740}) rows.emplace_back("CLASSIC", queue, 30);
+    for (const std::int64_t queue : {1, 410, 1720, 1810, 2000, -1})
+        rows.emplace_back("CLASSIC", queue, nullopt);
+    rows.emplace_back("CLASSIC", nullopt, nullopt);
+    rows.emplace_back(nullopt, 420, 11);
+    // The mode word of the name wins over the queue, in any case.
+    rows.emplace_back("ARAM", 420, 12);
+    rows.emplace_back("kiwi", nullopt, 12);
+    rows.emplace_back("Cherry", 450, 30);
+    rows.emplace_back("URF", 900, 11);
+    for (const auto& [mode, queue, expected] : rows) {
+        std::optional<RecordingMatchData> matchData;
+        if (queue) matchData = RecordingMatchData{"EUW1_1", "14.1.1", *queue, 1834, nullopt, {}, {}};
+        EXPECT_EQ(mapIDFor(mode, matchData), expected)
+            << mode.value_or("(no mode)") << " " << queue.value_or(-99);
+    }
+}
+
 TEST(MatchVideoDerivation, SortIsNewestFirstAndStable) {
     std::vector<MatchVideo> matches;
     for (const auto& [path, seconds] :

@@ -101,6 +101,58 @@ TEST_F(RecordingLibraryModelTest, RemovalDuringRefreshStaysRemoved) {
     EXPECT_TRUE(model.matches().empty());
 }
 
+// What a refresh does to the selection: entries are matched by movie, and a changed record of the same
+// movie replaces the selected one; members whose movie is gone drop out; with the recording on show gone
+// or hidden, the newest visible member takes its place, else the first visible entry.
+TEST_F(RecordingLibraryModelTest, RefreshCarriesTheSelectionOverByMovie) {
+    MatchVideo retitledA = a_;
+    retitledA.matchTitle = "ARAM · Ahri";
+    const MatchVideo c = test::entry("/v/c.mov", kEvening.addSecs(-1200), "ARAM", "MID");
+    const MatchVideo d = test::entry("/v/d.mov", kEvening.addSecs(-1800), "ARAM", "MID");
+    const MatchVideo topC = test::entry("/v/c.mov", kEvening.addSecs(-1200), "ARAM", "TOP");
+    struct Row {
+        const char* name;
+        std::optional<MatchVideo> shown;
+        Matches members;
+        Matches newList;
+        std::optional<std::string> laneFilter;
+        std::optional<MatchVideo> expectedShown;
+        Matches expectedMembers;
+    };
+    const std::vector<Row> rows{
+        {"a changed record of the same movie replaces it",
+         a_,
+         {a_},
+         {retitledA, b_},
+         nullopt,
+         retitledA,
+         {retitledA}},
+        {"members whose movie is gone drop out", a_, {a_, b_, c}, {a_, c, d}, nullopt, a_, {a_, c}},
+        {"the one on show gone: the newest member", a_, {a_, d, c}, {b_, c, d}, nullopt, c, {d, c}},
+        {"the one on show hidden: the newest visible member",
+         a_,
+         {a_, topC, d},
+         {a_, b_, topC, d},
+         "TOP",
+         topC,
+         {a_, topC, d}},
+        {"nothing left of the selection: the first visible entry", a_, {a_}, {b_, c}, nullopt, b_, {b_}},
+        {"nothing left and nothing visible", a_, {a_}, {b_}, "MIDDLE", nullopt, {}},
+        {"an empty list", a_, {a_}, {}, nullopt, nullopt, {}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        auto model = gatedModel();
+        refreshWith(*model, {a_, b_, c, d});
+        model->setSelectedMatch(row.shown);
+        model->setSelectedMatches(row.members);
+        model->setSelectedLaneFilter(row.laneFilter);
+        refreshWith(*model, row.newList);
+        EXPECT_EQ(model->selectedMatch(), row.expectedShown);
+        EXPECT_EQ(model->selectedMatches(), row.expectedMembers);
+    }
+}
+
 TEST_F(RecordingLibraryModelTest, CacheOfAnotherFolderIsIgnoredUntilTheFirstScan) {
     storeCache(QStringLiteral("/other"), {a_});
     auto model = gatedModel();

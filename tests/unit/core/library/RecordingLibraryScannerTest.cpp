@@ -1,4 +1,6 @@
 #include "LibraryTestSupport.h"
+#include "core/library/MatchVideoDerivation.h"
+#include "core/library/RecordingLibraryDate.h"
 #include "core/library/RecordingLibraryScanner.h"
 
 #include <QDir>
@@ -9,6 +11,7 @@ namespace kestrum {
 namespace {
 
 using std::nullopt;
+using test::snapshotAt;
 using Status = RecordingEnrichmentState::Status;
 
 constexpr const char* kClassicAhri = "2026-01-02_10-00-00_CLASSIC_Ahri_MIDDLE.mov";
@@ -176,14 +179,92 @@ TEST_F(RecordingLibraryScannerTest, RealMovieFromTheWriter) {
     const ReferenceDate before = ReferenceDate::now();
     const MatchVideo video = scanOne();
     EXPECT_EQ(video.url, movie);
-    EXPECT_LE(video.date, ReferenceDate::now());
-    EXPECT_GT(video.date.secondsSince(before), -600);  // its creation just now, or the scan time
+    if (fileBirthTime(QFileInfo(movie))) {
+        EXPECT_LE(video.date, ReferenceDate::now());
+        EXPECT_GT(video.date.secondsSince(before), -600);  // made just now
+    } else {  // a file system without birth times: the name's date
+        EXPECT_EQ(video.date.toDateTime(), QDateTime(QDate(2026, 1, 2), QTime(10, 0)));
+    }
     EXPECT_EQ(video.matchTitle, "Arena · Kai'Sa");
     EXPECT_EQ(video.mapID, 30);
     EXPECT_EQ(video.gameDuration, 95);
     EXPECT_EQ(video.finalKills, 3);
     EXPECT_EQ(video.killParticipation, 100);
     EXPECT_EQ(video.legendaryItemIDsInPurchaseOrder, (std::vector<std::int64_t>{447100}));
+}
+
+// Where the file system keeps no birth time, the date at the head of the name stands for it, and only a
+// name without one takes the time of the scan.
+TEST(RecordingLibraryScannerDates, BirthTimeElseTheNamesDateElseTheScan) {
+    const QDateTime born(QDate(2025, 5, 5), QTime(12, 0));
+    const QDateTime named(QDate(2026, 1, 2), QTime(10, 0, 7));
+    const std::optional<QDateTime> scanned;  // the time of the scan
+    const std::vector<std::tuple<const char*, std::optional<QDateTime>, std::optional<QDateTime>>> rows{
+        {"2026-01-02_10-00-07_CLASSIC_Ahri_MIDDLE.mov", born, born},
+        {"2026-01-02_10-00-07_CLASSIC_Ahri_MIDDLE.mov", nullopt, named},
+        {"2026-01-02_10-00-07.mov", nullopt, named},
+        {"2026-01-02__10-00-07_ARAM.MP4", nullopt, named},
+        {"clip.mov", born, born},
+        {"clip.mov", nullopt, scanned},
+        {"2026-13-40_10-00-07_ARAM_Lux.mov", nullopt, scanned},
+        {"10-00-07_2026-01-02_ARAM_Lux.mov", nullopt, scanned},
+        {"2026-01-02_10-00_ARAM_Lux.mov", nullopt, scanned},
+        {"2026-01-02.mov", nullopt, scanned},
+    };
+    for (const auto& [name, birth, expected] : rows) {
+        SCOPED_TRACE(std::string(name) + (birth ? " with a birth time" : " without a birth time"));
+        QTemporaryDir folder;
+        test::writeFile(folder.path() + QLatin1Char('/') + QString::fromUtf8(name));
+        RecordingLibraryScanner scanner(QString(), [birth = birth](const QFileInfo&) { return birth; });
+        const ReferenceDate before = ReferenceDate::now();
+        const std::vector<MatchVideo> matches = scanner.scan(folder.path()).result().value();
+        ASSERT_EQ(matches.size(), 1u);
+        if (expected) {
+            EXPECT_EQ(matches[0].date, ReferenceDate::fromDateTime(*expected));
+        } else {
+            EXPECT_GE(matches[0].date, before);
+            EXPECT_LE(matches[0].date, ReferenceDate::now());
+        }
+    }
+}
+
+// The scanner reads a sidecar with its snapshots streamed away; the entry is the one the whole document
+// gives, in every part that the snapshots feed.
+TEST_F(RecordingLibraryScannerTest, StreamedSidecarsGiveTheEntriesOfTheWholeDocument) {
+    const auto me = [](double gameTime, const test::Items& items,
+                       RecordingScoreboardPlayer::Scores scores = {}) {
+        return snapshotAt(gameTime, {test::boardPlayer("MIDDLE", "Ahri", "ORDER", scores, items),
+                                     test::boardPlayer("TOP", "Garen", "ORDER", {0, 0, 0, 4})});
+    };
+    const auto withBoard = [](std::optional<std::vector<RecordingScoreboardSnapshot>> snapshots) {
+        RecordingSessionData session = test::savedSession();
+        session.title = "Finals with friends";
+        session.scoreboard = std::move(snapshots);
+        return session;
+    };
+    const std::vector<std::pair<const char*, RecordingSessionData>> rows{
+        {"no scoreboard", withBoard(nullopt)},
+        {"an empty scoreboard", withBoard(std::vector<RecordingScoreboardSnapshot>{})},
+        {"snapshots out of game-time order",
+         withBoard(std::vector{me(900, {{3031, 0}, {3078, 1}}, {1, 150, 2, 3}), me(300, {{773078, 2}}),
+                               me(600, {{3031, 1}, {3078, 0}}),
+                               me(1200, {{6672, 5}, {3031, 0}}, {4, 210, 2, 6})})},
+        {"the local player missing from the last snapshot",
+         withBoard(std::vector{me(60, {{3078, 0}}),
+                               snapshotAt(120, {test::boardPlayer("TOP", "Garen", "ORDER")})})},
+    };
+    for (const auto& [what, session] : rows) {
+        SCOPED_TRACE(what);
+        QTemporaryDir folder;
+        const QString movie = folder.path() + QLatin1Char('/') + QLatin1String(kClassicAhri);
+        test::writeFile(movie);
+        test::writeSidecar(movie, session);
+        const MatchVideo scanned = scan(folder.path()).at(0);
+        const MatchVideo whole = deriveMatchVideo(movie, scanned.date, ParsedRecordingFileName::parse(movie),
+                                                  test::readSidecar(movie));
+        EXPECT_EQ(scanned, whole);
+        EXPECT_EQ(scanned.matchTitle, "Finals with friends");
+    }
 }
 
 }  // namespace

@@ -40,6 +40,9 @@ TEST(RecordingCoordinator, DerivesTheStatusFromTheWorld) {
         RecordingStatus expected;
         int expectedStarts;
         QStringList expectedLog;
+        // With the budget off, a used-up measure is a full drive: the interface warns, the coordinator
+        // does not act on it.
+        bool budgetOff = false;
     };
     const RunningApplication unnamed{std::nullopt, 7, QStringLiteral("bash")};
     const RunningApplication ux{QStringLiteral("com.riotgames.LeagueofLegends.LeagueClientUx"), 101, {}};
@@ -59,6 +62,16 @@ TEST(RecordingCoordinator, DerivesTheStatusFromTheWorld) {
         {"no access hides everything", {client, game}, false, true, false, permissionRequired, 0, {}},
         {"budget used up, live game", {client, game}, true, true, false, storageLimitReached, 0, {}},
         {"budget used up, idle", {}, true, true, false, storageLimitReached, 0, {}},
+        {"budget off, drive full, live game",
+         {client, game},
+         true,
+         true,
+         false,
+         recording,
+         1,
+         {kVerified, kStart},
+         true},
+        {"budget off, drive full, idle", {}, true, true, false, idle, 0, {}, true},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -67,6 +80,7 @@ TEST(RecordingCoordinator, DerivesTheStatusFromTheWorld) {
         rig.access.setGranted(c.accessGranted);
         rig.measure.setLimitReached(c.limitReached);
         rig.liveClient.setIsReplay(c.isReplay);
+        rig.defaults.setBool(!c.budgetOff, QStringLiteral("recordingStorageLimitEnabled"));
         rig.refresh();
         EXPECT_EQ(rig.coordinator->currentStatus(), c.expected);
         EXPECT_EQ(rig.capturer.startCount(), c.expectedStarts);

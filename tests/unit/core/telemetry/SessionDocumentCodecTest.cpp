@@ -305,3 +305,82 @@ TEST(SessionDocumentCodec, RandomDocumentsSurviveARoundTrip) {
 
 }  // namespace
 }  // namespace kestrum
+
+namespace kestrum {
+namespace {
+
+// The decode that streams the scoreboard away: whatever the whole decode reads or refuses, it reads or
+// refuses too, and the snapshots it hands over are the scoreboard, in order.
+struct StreamedDecode {
+    Result<RecordingSessionData> session;
+    std::vector<RecordingScoreboardSnapshot> snapshots;
+};
+
+StreamedDecode decodeStreaming(const std::string& bytes) {
+    std::vector<RecordingScoreboardSnapshot> snapshots;
+    Result<RecordingSessionData> session = decodeSessionData(
+        bytes, [&](RecordingScoreboardSnapshot&& snapshot) { snapshots.push_back(std::move(snapshot)); });
+    return {std::move(session), std::move(snapshots)};
+}
+
+void expectSameAsWholeDecode(const std::string& bytes) {
+    const Result<RecordingSessionData> whole = decodeSessionData(bytes);
+    StreamedDecode streamed = decodeStreaming(bytes);
+    ASSERT_EQ(streamed.session.ok(), whole.ok())
+        << (whole.ok() ? descriptionOf(streamed.session.error()) : descriptionOf(whole.error()));
+    if (!whole.ok()) return;
+    RecordingSessionData rebuilt = std::move(streamed.session).value();
+    ASSERT_EQ(rebuilt.scoreboard.has_value(), whole.value().scoreboard.has_value());
+    if (rebuilt.scoreboard) {
+        EXPECT_TRUE(rebuilt.scoreboard->empty()) << "the snapshots are handed over, not kept";
+        rebuilt.scoreboard = std::move(streamed.snapshots);
+    } else {
+        EXPECT_TRUE(streamed.snapshots.empty());
+    }
+    EXPECT_EQ(rebuilt, whole.value());
+}
+
+TEST(SessionDocumentCodec, StreamingTheScoreboardReadsAndRefusesWhatTheWholeDecodeDoes) {
+    std::vector<FailureCase> cases = recordFailureCases();
+    for (auto& c : textFailureCases()) cases.push_back(std::move(c));
+    const std::string snapshot = R"({"gameTime":1,"players":[],"videoTime":2})";
+    const std::vector<std::pair<const char*, std::string>> readable{
+        {"golden", telemetryFixture("full-document.json")},
+        {"no scoreboard", R"({"events":[]})"},
+        {"a null scoreboard", R"({"events":[],"scoreboard":null})"},
+        {"an empty scoreboard", R"({"events":[],"scoreboard":[]})"},
+        {"a scoreboard key deeper down is no scoreboard",
+         R"({"events":[],"future":{"scoreboard":[1]},"scoreboard":[)" + snapshot + "]}"},
+    };
+    const std::vector<std::pair<const char*, std::string>> refused{
+        {"a scoreboard that is no array", R"({"events":[],"scoreboard":{}})"},
+        {"a snapshot that is no object", R"({"events":[],"scoreboard":[)" + snapshot + ",7]}"},
+        {"the scoreboard given twice", R"({"events":[],"scoreboard":[],"scoreboard":[]})"},
+        {"a bad snapshot before the events", R"({"scoreboard":[{"gameTime":1}],"events":[]})"},
+        {"a document cut in a snapshot", R"({"events":[],"scoreboard":[{"gameTime":1,"pla)"},
+        {"a number too large in a snapshot", R"({"events":[],"scoreboard":[{"gameTime":1e999}]})"},
+        {"text after a NUL byte", std::string(R"({"events":[],"scoreboard":[]})") + '\0' + "x"},
+    };
+    for (const auto& [name, bytes] : readable) {
+        SCOPED_TRACE(name);
+        ASSERT_TRUE(decodeSessionData(bytes).ok());
+        expectSameAsWholeDecode(bytes);
+    }
+    for (const auto& [name, bytes] : refused) {
+        SCOPED_TRACE(name);
+        ASSERT_FALSE(decodeSessionData(bytes).ok());
+        expectSameAsWholeDecode(bytes);
+    }
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        expectSameAsWholeDecode(c.document);
+    }
+    std::mt19937 random(17032026);
+    for (int round = 0; round < 100; ++round) {
+        SCOPED_TRACE(round);
+        expectSameAsWholeDecode(encodeSessionData(test::randomSessionData(random)).value());
+    }
+}
+
+}  // namespace
+}  // namespace kestrum
