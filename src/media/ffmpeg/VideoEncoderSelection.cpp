@@ -2,6 +2,7 @@
 
 #include "base/log/CaptureLog.h"
 #include "media/ffmpeg/FfmpegError.h"
+#include "media/ffmpeg/LowerPriorityThread.h"
 
 extern "C" {
 #include <libavutil/hwcontext.h>
@@ -154,9 +155,7 @@ void rememberChoice(VideoCodec codec, const std::string& name) {
                        .arg(QString::fromLatin1(codecLabel(codec)), QString::fromStdString(name)));
 }
 
-}  // namespace
-
-Result<OpenedVideoEncoder> openVideoEncoder(const VideoOutputSettings& settings, bool globalHeader) {
+Result<OpenedVideoEncoder> openFirstCandidate(const VideoOutputSettings& settings, bool globalHeader) {
     std::optional<Error> lastError;
     for (const Candidate& candidate : orderedCandidates(settings.codec)) {
         Result<OpenedVideoEncoder> opened = tryOpen(candidate, settings, globalHeader);
@@ -170,6 +169,16 @@ Result<OpenedVideoEncoder> openVideoEncoder(const VideoOutputSettings& settings,
         writerError(WriterErrorCode::noEncoder,
                     QStringLiteral("No %1 encoder could be opened").arg(codecLabel(settings.codec)));
     return lastError ? withUnderlying(std::move(error), *lastError) : error;
+}
+
+}  // namespace
+
+Result<OpenedVideoEncoder> openVideoEncoder(const VideoOutputSettings& settings, bool globalHeader) {
+    // x264 and x265 start their worker threads while opening: opened from a lowered thread, they run
+    // below the capture threads, which then keep their deadlines while the encoder warms up (its first
+    // frames cost the most) and the encoder catches up from its queue.
+    return runOnLowerPriorityThread(kEncoderThreadName, kEncoderNiceIncrement,
+                                    [&] { return openFirstCandidate(settings, globalHeader); });
 }
 
 std::optional<std::string> chosenVideoEncoder(VideoCodec codec) {
