@@ -37,7 +37,7 @@ QStringList GameCapturer::trackSummaryLines() {
     writeQueue_.sync([&] {
         QString video = QStringLiteral("video: ") + videoTally_.description(QStringLiteral("frames"));
         if (privacyFramesWritten_ > 0)
-            video += QStringLiteral(", %1 privacy frames").arg(privacyFramesWritten_);
+            video += QStringLiteral(", privacy frames %1").arg(privacyFramesWritten_);
         lines << trackSummaryLine(video, videoInput_.get(), QStringLiteral("window stream"), windowCounters);
         const auto addAudio = [&](const QString& name, const RecordingAudioTrack& track,
                                   const std::optional<QString>& counters) {
