@@ -155,10 +155,23 @@ void rememberChoice(VideoCodec codec, const std::string& name) {
                        .arg(QString::fromLatin1(codecLabel(codec)), QString::fromStdString(name)));
 }
 
-Result<OpenedVideoEncoder> openFirstCandidate(const VideoOutputSettings& settings, bool globalHeader) {
+// x264 starts its worker threads while opening: opened from a lowered thread, they run below the capture
+// threads, which then keep their deadlines while the encoder warms up (its first frames cost the most)
+// and the encoder catches up from its queue. x265 lowers its own workers by 10 already, and the
+// hardware encoders do their work off the processor.
+Result<OpenedVideoEncoder> openCandidate(const Candidate& candidate, const VideoOutputSettings& settings,
+                                         bool globalHeader) {
+    if (candidate.name == "libx265") return tryOpen(candidate, settings, globalHeader);
+    return runOnLowerPriorityThread(kEncoderThreadName, kEncoderNiceIncrement,
+                                    [&] { return tryOpen(candidate, settings, globalHeader); });
+}
+
+}  // namespace
+
+Result<OpenedVideoEncoder> openVideoEncoder(const VideoOutputSettings& settings, bool globalHeader) {
     std::optional<Error> lastError;
     for (const Candidate& candidate : orderedCandidates(settings.codec)) {
-        Result<OpenedVideoEncoder> opened = tryOpen(candidate, settings, globalHeader);
+        Result<OpenedVideoEncoder> opened = openCandidate(candidate, settings, globalHeader);
         if (opened.ok()) {
             rememberChoice(settings.codec, candidate.name);
             return opened;
@@ -169,16 +182,6 @@ Result<OpenedVideoEncoder> openFirstCandidate(const VideoOutputSettings& setting
         writerError(WriterErrorCode::noEncoder,
                     QStringLiteral("No %1 encoder could be opened").arg(codecLabel(settings.codec)));
     return lastError ? withUnderlying(std::move(error), *lastError) : error;
-}
-
-}  // namespace
-
-Result<OpenedVideoEncoder> openVideoEncoder(const VideoOutputSettings& settings, bool globalHeader) {
-    // x264 and x265 start their worker threads while opening: opened from a lowered thread, they run
-    // below the capture threads, which then keep their deadlines while the encoder warms up (its first
-    // frames cost the most) and the encoder catches up from its queue.
-    return runOnLowerPriorityThread(kEncoderThreadName, kEncoderNiceIncrement,
-                                    [&] { return openFirstCandidate(settings, globalHeader); });
 }
 
 std::optional<std::string> chosenVideoEncoder(VideoCodec codec) {

@@ -31,8 +31,8 @@ struct EncoderOption {
 // Every encoder runs in this time base, fine enough for any capture rate with variable frame timing.
 inline constexpr AVRational kVideoEncoderTimeBase{1, 90000};
 
-// Every encoder is opened on a thread of this name whose nice value is this much above the caller's;
-// the threads the encoder starts inherit both.
+// Every encoder but libx265 (whose workers lower themselves) is opened on a thread of this name whose
+// nice value is this much above the caller's; the threads the encoder starts inherit both.
 inline constexpr const char* kEncoderThreadName = "kestrum-encoder";
 inline constexpr int kEncoderNiceIncrement = 5;
 

@@ -199,13 +199,13 @@ std::vector<double> evenFrameTimes(double fromSeconds, double toSeconds, double 
 
 WrittenMovie writeMovie(const QString& path, const MovieScript& script) {
     auto created = ffmpeg::FfmpegMovieWriterFactory().createWriter(path, MovieFileType::quickTimeMovie);
-    if (!created.ok()) return {MovieWriterStatus::failed, created.error()};
+    if (!created.ok()) return {MovieWriterStatus::failed, created.error(), {}};
     std::unique_ptr<MovieWriter> writer = std::move(created).value();
     auto video = writer->addInput(script.video);
     std::vector<std::shared_ptr<MovieWriterInput>> audio;
     for (int track = 0; track < script.audioTracks; ++track)
         audio.push_back(writer->addInput(audioOutputSettings()));
-    if (!video || !writer->startWriting()) return {writer->status(), writer->error()};
+    if (!video || !writer->startWriting()) return {writer->status(), writer->error(), {}};
     writer->startSession(kSessionStartNs);
     const auto hostTime = [](double seconds) { return kSessionStartNs + secondsToHostTime(seconds); };
     const double bufferSeconds = script.audioBufferFrames / script.audioFormat.sampleRate;
@@ -234,7 +234,9 @@ WrittenMovie writeMovie(const QString& path, const MovieScript& script) {
         audioAt += bufferSeconds;
     }
     finishAndWait(*writer);
-    return {writer->status(), writer->error()};
+    WrittenMovie written{writer->status(), writer->error(), {video->discardedSampleCount()}};
+    for (const auto& input : audio) written.discarded.push_back(input->discardedSampleCount());
+    return written;
 }
 
 std::vector<DecodedFrame> decodeVideo(const QString& path) {

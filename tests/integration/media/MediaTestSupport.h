@@ -66,6 +66,8 @@ struct MovieScript {
 struct WrittenMovie {
     MovieWriterStatus status = MovieWriterStatus::unknown;
     std::optional<Error> error;
+    // What each input discarded, the video's first, then the audio tracks'.
+    std::vector<std::uint64_t> discarded;
 };
 
 std::vector<double> evenFrameTimes(double fromSeconds, double toSeconds, double framesPerSecond);
