@@ -55,6 +55,10 @@ void PulseAudioMixer::add(int inputID, HostTimeNs hostTimeNs, const float* sampl
     }
 }
 
+void PulseAudioMixer::expect(int inputID, HostTimeNs hostTimeNs) {
+    nextFrameOf_[inputID] = std::max(frameAt(hostTimeNs), takenFrames_);
+}
+
 void PulseAudioMixer::remove(int inputID) {
     nextFrameOf_.erase(inputID);
 }

@@ -46,6 +46,10 @@ class PulseAudioMixer {
 
     // Forgets every input and all sound, and starts the grid at `originNs`.
     void start(HostTimeNs originNs);
+    // Input `inputID` will deliver sound from `hostTimeNs` on: it is live from there, as if it had
+    // delivered up to that point, so that the blocks wait for its first fragments (which a new recording
+    // hands over only once its clock has settled) instead of going out without them.
+    void expect(int inputID, HostTimeNs hostTimeNs);
     // Adds `frameCount` interleaved frames of input `inputID`, the first captured at `hostTimeNs`.
     void add(int inputID, HostTimeNs hostTimeNs, const float* samples, std::int64_t frameCount);
     // The input is gone: it holds back no block from now on.

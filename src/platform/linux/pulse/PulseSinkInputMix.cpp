@@ -100,6 +100,7 @@ void PulseSinkInputMix::open(const PulseSinkInputDescription& description) {
     const Status opened = stream->open(QByteArrayLiteral("Kestrum system audio"),
                                        QByteArray::number(description.monitorSourceIndex), description.index);
     if (!opened.ok()) return;
+    mixer_.expect(mixerInputID, hostTimeNow());
     everRecorded_.insert(description.index);
     inputs_[description.index] = Input{description.sinkIndex, mixerInputID, std::move(stream)};
 }

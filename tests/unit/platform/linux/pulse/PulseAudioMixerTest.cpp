@@ -25,11 +25,15 @@ struct Add {
 struct Remove {
     int input;
 };
+struct Expect {
+    int input;
+    std::int64_t fromMs;
+};
 struct Take {
     std::int64_t nowMs;
     std::size_t expectedBlocks;
 };
-using Step = std::variant<Add, Remove, Take>;
+using Step = std::variant<Add, Remove, Expect, Take>;
 
 // The expected mix of every block taken, as runs of one value.
 struct SignalRun {
@@ -70,6 +74,11 @@ TEST(PulseAudioMixer, MixesInputsOnOneGridWithoutWaitingForQuietOnes) {
         {"an input quiet for longer than its idle time holds back no later block",
          {Add{1, 0, 20, 1.0F}, Take{300, 1}, Take{799, 38}, Take{800, 1}},
          {{1.0F, 20}, {0.0F, 780}}, 0},
+        {"an expected input holds blocks from its opening until its first sound, stamped before its arrival",
+         {Take{40, 2}, Expect{1, 40}, Take{200, 0}, Add{1, 35, 175, 1.0F}, Take{200, 8}},
+         {{0.0F, 40}, {1.0F, 160}}, 5},
+        {"an expected input that stays silent holds blocks no longer than the longest wait",
+         {Expect{1, 0}, Take{519, 0}, Take{520, 1}}, {{0.0F, 20}}, 0},
         {"a removed input holds back nothing, and its sound stays",
          {Add{1, 0, 30, 1.0F}, Take{45, 1}, Remove{1}, Take{45, 1}}, {{1.0F, 30}, {0.0F, 10}}, 0},
         {"sound for blocks already taken is dropped and counted",
@@ -104,6 +113,8 @@ TEST(PulseAudioMixer, MixesInputsOnOneGridWithoutWaitingForQuietOnes) {
                 mixer.add(add->input, ms(add->atMs), samples.data(), add->frames);
             } else if (const auto* remove = std::get_if<Remove>(&step)) {
                 mixer.remove(remove->input);
+            } else if (const auto* expect = std::get_if<Expect>(&step)) {
+                mixer.expect(expect->input, ms(expect->fromMs));
             } else {
                 const Take& take = std::get<Take>(step);
                 const auto blocks = mixer.takeReadyBlocks(ms(take.nowMs));
