@@ -12,7 +12,7 @@ PulseAudioMixer::Settings mixerSettings(const pa_sample_spec& sampleSpec) {
     PulseAudioMixer::Settings settings;
     settings.sampleRateHz = static_cast<int>(sampleSpec.rate);
     settings.channelCount = sampleSpec.channels;
-    settings.blockFrames = sampleSpec.rate * PulseSinkInputMix::kBlockFrameMilliseconds / 1000;
+    settings.blockFrames = sampleSpec.rate * PulseSinkInputMix::kBlockMilliseconds / 1000;
     return settings;
 }
 

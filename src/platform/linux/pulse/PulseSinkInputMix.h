@@ -18,8 +18,10 @@ namespace kestrum {
 // recorded on its own, from the monitor of its sink restricted to that stream, so that a stream left out
 // (this application's own sound) is not in the recording at all, whichever sink it plays to. The
 // fragments are mixed by a PulseAudioMixer on one host-time grid that starts at `start`, and handed out
-// in blocks of kBlockFrames that follow each other without gaps, silence where nothing played. Streams
-// that appear, move to another sink or vanish while recording are followed.
+// in blocks of kBlockMilliseconds that follow each other without gaps, silence where nothing
+// played. Streams that appear, move to another sink or vanish while recording are followed; a stream is
+// expected from the moment its recording opens, so that its first fragments, held back while its clock
+// settles, still make it into the mix.
 //
 // Every sink's monitor also carries a corked record stream of ours, which holds the sink's latency down
 // (see PulseRecordStream::openCorked).
@@ -31,7 +33,7 @@ namespace kestrum {
 // Threads: every member is called with the loop's lock held; the handler runs on the loop thread.
 class PulseSinkInputMix {
   public:
-    static constexpr std::int64_t kBlockFrameMilliseconds = 20;
+    static constexpr std::int64_t kBlockMilliseconds = 20;
     static constexpr pa_usec_t kTickUs = 10'000;
 
     using BlockHandler =
