@@ -36,6 +36,10 @@ class MovieWriterInput {
 
     // Samples refused because the queue was full, since the input was made.
     virtual std::uint64_t refusedSampleCount() const = 0;
+    // Samples taken by `append` of which nothing reached the file, since the input was made: wholly
+    // before the session start, a frame not later than the previous one, a buffer wholly overlapping
+    // sound already written, or still queued when the writer failed or was cancelled.
+    virtual std::uint64_t discardedSampleCount() const = 0;
 };
 
 }  // namespace kestrum

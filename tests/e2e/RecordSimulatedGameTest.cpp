@@ -4,6 +4,7 @@
 #include "EndToEndRig.h"
 #include "base/common/HostTime.h"
 #include "core/telemetry/SessionDocumentCodec.h"
+#include "support/MovieDecoding.h"
 #include "support/QtPrinters.h"
 #include "support/TestEnvironment.h"
 
@@ -26,6 +27,10 @@ namespace kestrum::test {
 namespace {
 
 const QString kScripts = QStringLiteral(KESTRUM_SOURCE_DIR "/tests/e2e/scripts/");
+// How far a tone's onset may fall from a whole second of the game's clock: the clock read from frames
+// errs low by up to a frame interval and the game's drawing, the tone's own placement by a few
+// milliseconds. A track that drifts by a tenth of a percent leaves this within the minute.
+constexpr double kToneOnsetToleranceSeconds = 0.08;
 
 QJsonObject readJson(const QString& path) {
     return QJsonDocument::fromJson(readFileBytes(path)).object();
@@ -54,6 +59,54 @@ std::optional<double> timelineStartSeconds(const QStringList& output) {
 double median(std::vector<double> values) {
     std::sort(values.begin(), values.end());
     return values.empty() ? 0 : values[values.size() / 2];
+}
+
+// The game's clock minus the movie's time, in seconds, read from the clock stripe of a few frames across
+// the movie. A frame asked for at t was captured up to one frame interval before t, and shows the clock
+// the game drew last before that: the figure is a little low, by a few tens of milliseconds at most.
+std::optional<double> gameClockOffsetSeconds(const QString& movie, double durationSeconds) {
+    std::vector<double> offsets;
+    for (double seconds = 4.0; seconds < durationSeconds - 2.0; seconds += 8.0) {
+        const std::optional<QImage> frame = movieFrameAt(movie, seconds);
+        const std::optional<qint64> clockMs = frame ? decodeClockStripe(*frame) : std::nullopt;
+        if (clockMs && *clockMs > 0) offsets.push_back(static_cast<double>(*clockMs) / 1000.0 - seconds);
+    }
+    if (offsets.size() < 3) return std::nullopt;
+    return median(offsets);
+}
+
+// The simulator sounds a tone at the start of every game second. Each tone's onset in the system-sound
+// track, moved onto the game's clock, must fall on a whole second, and no second of the game may go
+// without one: a silent track, or one that drifts from the picture, fails.
+void expectTonesOnTheClockSeconds(const QString& movie, double durationSeconds, double gameDurationSeconds) {
+    const std::optional<DecodedAudio> audio = decodeAudio(movie, 0);
+    ASSERT_TRUE(audio) << "no system-sound track";
+    const std::optional<double> offset = gameClockOffsetSeconds(movie, durationSeconds);
+    ASSERT_TRUE(offset) << "no clock stripe in the movie's frames";
+    std::vector<double> errors;
+    std::vector<double> onsetGameSeconds;
+    for (const double onset : soundOnsets(*audio, 0.1, 0.5)) {
+        const double gameSeconds = onset + *offset;
+        onsetGameSeconds.push_back(gameSeconds);
+        errors.push_back(gameSeconds - std::round(gameSeconds));
+    }
+    // The whole game seconds the movie spans while the game runs, but the last, whose tone the stop may
+    // cut.
+    const int firstSecond = std::max(0, static_cast<int>(std::ceil(*offset)));
+    const int lastSecond = std::min(static_cast<int>(std::floor(durationSeconds + *offset)) - 1,
+                                    static_cast<int>(std::ceil(gameDurationSeconds)) - 1);
+    std::string listed;
+    for (const double seconds : onsetGameSeconds) listed += std::to_string(seconds) + " ";
+    EXPECT_GE(static_cast<int>(onsetGameSeconds.size()), lastSecond - firstSecond + 1) << listed;
+    for (std::size_t index = 0; index < errors.size(); ++index) {
+        EXPECT_LT(std::abs(errors[index]), kToneOnsetToleranceSeconds)
+            << "onset at game time " << onsetGameSeconds[index];
+    }
+    std::vector<double> magnitudes;
+    for (const double error : errors) magnitudes.push_back(std::abs(error));
+    std::printf("figure tone_onset_error_median %.3f s\nfigure tone_onset_error_max %.3f s\n",
+                median(magnitudes),
+                magnitudes.empty() ? 0.0 : *std::max_element(magnitudes.begin(), magnitudes.end()));
 }
 
 class RecordSimulatedGame : public testing::Test {
@@ -99,6 +152,10 @@ TEST_F(RecordSimulatedGame, recordsASixtySecondGameWithItsDocument) {
     const std::optional<double> timelineStart = timelineStartSeconds(rig_.kestrumOutput());
     ASSERT_TRUE(timelineStart);
     EXPECT_NEAR(duration, hostTimeToSeconds(*gameEndNs) - *timelineStart, 1.0);
+    expectTonesOnTheClockSeconds(
+        *movie, duration,
+        readJson(kScripts + QStringLiteral("sixty-seconds.json"))[QStringLiteral("durationSeconds")]
+            .toDouble());
 
     const Result<RecordingSessionData> document =
         decodeSessionData(readFileBytes(movie->chopped(3) + QStringLiteral("json")).toStdString());
@@ -148,6 +205,17 @@ TEST_F(RecordSimulatedGame, recordsASixtySecondGameWithItsDocument) {
                                     << log.join('\n').toStdString();
         at = found - log.begin() + 1;
     }
+    // One line per track at the stop (the log's lines may land in the file out of their order). The game's
+    // tone was the one playback stream recorded, and the server lost nothing of it.
+    const auto lineStarting = [&log](const QString& start) {
+        return std::find_if(log.begin(), log.end(),
+                            [&](const QString& line) { return line.startsWith(start); });
+    };
+    EXPECT_NE(lineStarting(QStringLiteral("video: ")), log.end());
+    const auto systemAudio = lineStarting(QStringLiteral("system audio: "));
+    ASSERT_NE(systemAudio, log.end());
+    EXPECT_TRUE(systemAudio->contains(QStringLiteral(", playback streams 1"))) << systemAudio->toStdString();
+    EXPECT_TRUE(systemAudio->contains(QStringLiteral("overruns 0, lost 0 ms"))) << systemAudio->toStdString();
 }
 
 TEST_F(RecordSimulatedGame, aReplayIsNotRecorded) {

@@ -39,6 +39,16 @@ QString selectedCaptureWindowLine(const ShareableWindow& window) {
            (window.isOnScreen ? QStringLiteral("true") : QStringLiteral("false")) + QLatin1Char('.');
 }
 
+QString trackSummaryLine(const QString& trackText, const MovieWriterInput* input, const QString& streamName,
+                         const std::optional<QString>& streamCounters) {
+    const QString writerText = input ? QStringLiteral("%1 refused with its queue full, %2 discarded")
+                                           .arg(input->refusedSampleCount())
+                                           .arg(input->discardedSampleCount())
+                                     : QStringLiteral("no track");
+    return trackText + QStringLiteral("; writer: ") + writerText + QStringLiteral("; ") + streamName +
+           QStringLiteral(": ") + streamCounters.value_or(QStringLiteral("not running"));
+}
+
 QString describeWriterFailure(const MovieWriter& writer) {
     const std::optional<Error> error = writer.error();
     if (!error) {

@@ -45,10 +45,9 @@ QCoro::Task<std::optional<ReferenceDate>> GameCapturer::startCapture() {
         firstVideoFrameDate_.reset();
     });
     recordingStartedAt_ = ReferenceDate::now();
+    // The volumes are read here with the rest and reach the audio tracks with their inputs.
     const RecordingCaptureSettings settings =
         readRecordingCaptureSettings(environment_.defaults, environment_.microphoneAccess);
-    systemAudioVolume_ = settings.systemAudioVolume;
-    microphoneVolume_ = settings.microphoneVolume;
 
     if (!environment_.screenCaptureAccess.preflight()) {
         logCaptureError(QStringLiteral("Screen Recording access is unavailable; capture was not started."));
@@ -88,8 +87,12 @@ QCoro::Task<std::optional<ReferenceDate>> GameCapturer::startWithSetup(
     tempPath_ = setup.outputPath;
     assetWriter_ = std::move(setup.writer);
     videoInput_ = setup.videoInput;
-    systemAudioInput_ = setup.systemAudioInput;
-    microphoneInput_ = setup.microphoneInput;
+    writeQueue_.sync([&] {
+        systemAudioTrack_.prepare(setup.systemAudioInput, settings.systemAudioVolume);
+        microphoneTrack_.prepare(setup.microphoneInput, settings.microphoneVolume);
+        videoTally_.reset();
+        privacyFramesWritten_ = 0;
+    });
 
     if (!assetWriter_->startWriting()) {
         const std::optional<Error> error = assetWriter_->error();
@@ -170,8 +173,8 @@ void GameCapturer::resetCaptureState(bool removeFile) {
     writeQueue_.sync([&] {
         writer = std::move(assetWriter_);
         videoInput_.reset();
-        systemAudioInput_.reset();
-        microphoneInput_.reset();
+        systemAudioTrack_.release();
+        microphoneTrack_.release();
         lastSeenFrame_.reset();
         firstVideoFrameDate_.reset();
         isSessionStarted_ = false;

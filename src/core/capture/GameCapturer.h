@@ -5,7 +5,8 @@
 #include "base/async/SerialQueue.h"
 #include "core/capture/LeagueGameFocusMonitor.h"
 #include "core/capture/RecordingCaptureSettings.h"
-#include "core/capture/audio/RecordingAudioDynamicsProcessor.h"
+#include "core/capture/audio/RecordingAudioTrack.h"
+#include "core/capture/audio/RecordingSampleTally.h"
 #include "core/capture/privacy/RecordingPrivacyFrameRenderer.h"
 #include "core/recording/RecordingCapturer.h"
 #include "core/recording/RecordingSavePath.h"
@@ -17,6 +18,8 @@
 #include "platform/ports/ShareableContent.h"
 #include "platform/ports/WindowStream.h"
 #include "platform/ports/Workspace.h"
+
+#include <QStringList>
 
 #include <memory>
 #include <optional>
@@ -48,9 +51,13 @@ struct GameCapturerEnvironment {
 //
 // Threads. The main thread runs `startCapture`, `finishCapture` and the focus notices. `writeQueue`
 // ("com.kestrum.capture.queue") runs every sample, the focus changes and the privacy-frame timer, and
-// alone touches the fields marked "writeQueue" below. The writer, its inputs and the volumes are set on
-// the main thread before a stream starts, and cleared only inside a synchronous block on `writeQueue`
-// after the streams stopped: those blocks are the handovers, and no lock is used.
+// alone touches the fields marked "writeQueue" below. The writer and the video input are set on the main
+// thread before a stream starts, the audio tracks take their inputs and volumes inside a synchronous
+// block on `writeQueue` then, and all are cleared only inside such a block after the streams stopped:
+// those blocks are the handovers, and no lock is used.
+//
+// At the stop one line per track tells the capture log what became of the stream's samples (written,
+// or dropped and why), what the writer input refused or discarded, and the stream's own counters.
 class GameCapturer final : public RecordingCapturer, private CaptureStreamOutput {
   public:
     explicit GameCapturer(GameCapturerEnvironment environment);
@@ -88,14 +95,14 @@ class GameCapturer final : public RecordingCapturer, private CaptureStreamOutput
 
     // writeQueue: the samples and the privacy screen.
     void handleScreenSample(const CaptureSample& sample);
-    void handleSystemAudioSample(CaptureSample& sample);
-    void handleMicrophoneSample(CaptureSample& sample);
     void handleFocusChange(bool focused);
     void startUnfocusedFrameTimer();
     void appendUnfocusedFrame();
 
     // Main thread: the end of a capture.
     QCoro::Task<void> stopStreams();
+    // One line per track for the capture log, once the streams have stopped.
+    QStringList trackSummaryLines();
 
     GameCapturerEnvironment environment_;
     CancellationToken lifetimeToken_;  // cancels the window search when the capturer goes away
@@ -111,10 +118,6 @@ class GameCapturer final : public RecordingCapturer, private CaptureStreamOutput
     // Set on the main thread before the streams start; read on writeQueue (see the class comment).
     std::unique_ptr<MovieWriter> assetWriter_;
     std::shared_ptr<MovieWriterInput> videoInput_;
-    std::shared_ptr<MovieWriterInput> systemAudioInput_;
-    std::shared_ptr<MovieWriterInput> microphoneInput_;
-    double systemAudioVolume_ = 1.0;
-    double microphoneVolume_ = 1.0;
 
     // writeQueue.
     std::optional<SerialQueueTimer> unfocusedFrameTimer_;
@@ -125,8 +128,10 @@ class GameCapturer final : public RecordingCapturer, private CaptureStreamOutput
     HostTimeNs lastVideoSampleTimeNs_ = 0;
     std::optional<ReferenceDate> firstVideoFrameDate_;
     RecordingPrivacyFrameRenderer privacyFrameRenderer_;
-    RecordingAudioDynamicsProcessor systemAudioProcessor_;
-    RecordingAudioDynamicsProcessor microphoneAudioProcessor_;
+    RecordingAudioTrack systemAudioTrack_{RecordingAudioTiming::asStamped, environment_.clock};
+    RecordingAudioTrack microphoneTrack_{RecordingAudioTiming::atArrival, environment_.clock};
+    RecordingSampleTally videoTally_;
+    std::int64_t privacyFramesWritten_ = 0;
 
     // Last member, so it is destroyed first: its destruction runs what it still holds while every field
     // above is alive, then joins its thread.

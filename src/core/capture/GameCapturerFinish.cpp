@@ -4,6 +4,7 @@
 #include "core/capture/GameCapturer.h"
 
 #include <QCoroFuture>
+#include <QStringList>
 
 namespace kestrum {
 
@@ -21,6 +22,35 @@ QCoro::Task<void> GameCapturer::stopStreams() {
         logCaptureInfo(QStringLiteral("Audio capture ended before stop completed: ") +
                        audioStopped.error().description);
     }
+}
+
+QStringList GameCapturer::trackSummaryLines() {
+    const QString windowCounters = stream_->counters().description();
+    std::optional<QString> systemAudioCounters;
+    std::optional<QString> microphoneCounters;
+    if (audioStream_) {
+        systemAudioCounters = audioStream_->counters(CaptureOutputType::audio).description();
+        microphoneCounters = audioStream_->counters(CaptureOutputType::microphone).description();
+    }
+    QStringList lines;
+    // The tallies and the inputs belong to writeQueue; the streams have stopped, so they no longer move.
+    writeQueue_.sync([&] {
+        QString video = QStringLiteral("video: ") + videoTally_.description(QStringLiteral("frames"));
+        if (privacyFramesWritten_ > 0)
+            video += QStringLiteral(", privacy frames %1").arg(privacyFramesWritten_);
+        lines << trackSummaryLine(video, videoInput_.get(), QStringLiteral("window stream"), windowCounters);
+        const auto addAudio = [&](const QString& name, const RecordingAudioTrack& track,
+                                  const std::optional<QString>& counters) {
+            // A source that was off has neither an input nor samples: it gets no line.
+            if (!track.input() && track.tally().received() == 0) return;
+            lines << trackSummaryLine(
+                name + QStringLiteral(": ") + track.tally().description(QStringLiteral("buffers")),
+                track.input(), QStringLiteral("audio stream"), counters);
+        };
+        addAudio(QStringLiteral("system audio"), systemAudioTrack_, systemAudioCounters);
+        addAudio(QStringLiteral("microphone"), microphoneTrack_, microphoneCounters);
+    });
+    return lines;
 }
 
 QCoro::Task<void> GameCapturer::finishCapture(std::optional<RecordingMetadata> metadata,
@@ -45,14 +75,22 @@ QCoro::Task<void> GameCapturer::finishCapture(std::optional<RecordingMetadata> m
         logCaptureError(
             QStringLiteral("Recording finalization skipped because no video session was started."));
     }
+    // After the finish, so that the writer's own count of what it discarded is complete; logged after the
+    // outcome, which they explain.
+    const QStringList summaries = trackSummaryLines();
+    const auto logSummaries = [&summaries] {
+        for (const QString& line : summaries) logCaptureInfo(line);
+    };
 
     if (assetWriter_->status() != MovieWriterStatus::completed) {
         logCaptureError(QStringLiteral("Recording finalization failed: ") +
                         describeWriterFailure(*assetWriter_));
+        logSummaries();
         resetCaptureState(true);
         co_return;
     }
     logCaptureInfo(QStringLiteral("Recording container finalized successfully."));
+    logSummaries();
     const QString path = *tempPath_;
     resetCaptureState(false);
     auto save = environment_.savePath.saveRecording(path, date, std::move(metadata), std::move(events),

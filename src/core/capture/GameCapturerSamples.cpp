@@ -1,6 +1,5 @@
 // The capturer's work on writeQueue: the stream samples, the focus changes and the privacy screen.
 #include "base/log/CaptureLog.h"
-#include "core/capture/AudioRetiming.h"
 #include "core/capture/CaptureLogText.h"
 #include "core/capture/GameCapturer.h"
 #include "core/recording/StandardOutput.h"
@@ -22,28 +21,33 @@ bool isReady(const std::shared_ptr<MovieWriterInput>& input) {
 }  // namespace
 
 void GameCapturer::didOutputSample(CaptureSample& sample, CaptureOutputType type) {
-    if (isStopping_ || !sample.dataIsReady) return;
+    std::optional<RecordingSampleFate> dropped;
+    if (isStopping_) {
+        dropped = RecordingSampleFate::afterStop;
+    } else if (!sample.dataIsReady) {
+        dropped = RecordingSampleFate::dataNotReady;
+    }
     switch (type) {
         case CaptureOutputType::microphone:
-            handleMicrophoneSample(sample);
-            return;
+            if (dropped) return microphoneTrack_.countDropped(*dropped);
+            return microphoneTrack_.handleBuffer(sample.audio, isSessionStarted_);
         case CaptureOutputType::audio:
-            handleSystemAudioSample(sample);
-            return;
+            if (dropped) return systemAudioTrack_.countDropped(*dropped);
+            return systemAudioTrack_.handleBuffer(sample.audio, isSessionStarted_);
         case CaptureOutputType::screen:
-            handleScreenSample(sample);
-            return;
+            if (dropped) return videoTally_.count(*dropped);
+            return handleScreenSample(sample);
     }
 }
 
 void GameCapturer::handleScreenSample(const CaptureSample& sample) {
-    if (!sample.imageBuffer) return;
+    if (!sample.imageBuffer) return videoTally_.count(RecordingSampleFate::withoutPicture);
     // While the game is away its pictures are not even kept: the privacy screen veils the last one seen
     // while the game was in front.
-    if (!isGameFocused_) return;
+    if (!isGameFocused_) return videoTally_.count(RecordingSampleFate::whileUnfocused);
     lastSeenFrame_ = sample.imageBuffer;
     const HostTimeNs timeNs = sample.presentationTimeNs;
-    if (timeNs <= lastVideoSampleTimeNs_) return;
+    if (timeNs <= lastVideoSampleTimeNs_) return videoTally_.count(RecordingSampleFate::notLater);
     if (!firstVideoFrameDate_) {
         // The date the frame was captured, not the date it arrived here.
         const double ageSeconds = hostTimeToSeconds(hostTimeNow() - timeNs);
@@ -56,30 +60,17 @@ void GameCapturer::handleScreenSample(const CaptureSample& sample) {
             QStringLiteral("⏳ [GameCapturer] Match recording session timeline starting at relative ") +
             secondsText(hostTimeToSeconds(timeNs)) + QStringLiteral("s."));
     }
-    if (!isReady(videoInput_)) return;
+    if (!isReady(videoInput_)) return videoTally_.count(RecordingSampleFate::notReady);
     if (videoInput_->append(sample.imageBuffer, timeNs)) {
         lastVideoSampleTimeNs_ = timeNs;
-        return;
+        return videoTally_.count(RecordingSampleFate::written);
     }
+    videoTally_.count(RecordingSampleFate::refused);
     const int status = assetWriter_ ? static_cast<int>(assetWriter_->status()) : -1;
     const std::optional<Error> error = assetWriter_ ? assetWriter_->error() : std::nullopt;
     logCaptureError(QStringLiteral("Video frame rejected: writerStatus=") + QString::number(status) +
                     QStringLiteral(", error=") + (error ? error->description : QStringLiteral("none")) +
                     QLatin1Char('.'));
-}
-
-void GameCapturer::handleSystemAudioSample(CaptureSample& sample) {
-    // Sound before the first frame never reaches the file: the movie starts with its picture.
-    if (!isSessionStarted_ || !isReady(systemAudioInput_)) return;
-    (void)systemAudioProcessor_.processSampleBuffer(sample.audio, false, systemAudioVolume_, 0.0);
-    systemAudioInput_->append(std::move(sample.audio));
-}
-
-void GameCapturer::handleMicrophoneSample(CaptureSample& sample) {
-    if (!isSessionStarted_ || !isReady(microphoneInput_)) return;
-    (void)microphoneAudioProcessor_.processSampleBuffer(sample.audio, false, microphoneVolume_, 0.0);
-    std::optional<AudioSampleBuffer> retimed = retimedToHostClock(std::move(sample.audio), hostTimeNow());
-    if (retimed) microphoneInput_->append(std::move(*retimed));
 }
 
 void GameCapturer::handleFocusChange(bool focused) {
@@ -110,6 +101,7 @@ void GameCapturer::appendUnfocusedFrame() {
     }
     if (!videoInput_->append(std::move(frame), timeNs)) return;
     lastVideoSampleTimeNs_ = timeNs;
+    ++privacyFramesWritten_;
     logCaptureInfo(QStringLiteral("League is unfocused; appended the recording privacy screen."));
 }
 

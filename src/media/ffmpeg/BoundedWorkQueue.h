@@ -1,6 +1,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <mutex>
@@ -61,14 +62,18 @@ class BoundedWorkQueue {
         return std::move(entry.item);
     }
 
-    void close() {
+    // Gives the number of items with a cost that were discarded (control items are not counted).
+    std::size_t close() {
+        std::size_t discarded = 0;
         {
             std::lock_guard lock(mutex_);
             closed_ = true;
+            for (const Entry& entry : items_) discarded += entry.cost > 0 ? 1 : 0;
             items_.clear();
             queuedCost_ = 0;
         }
         ready_.notify_all();
+        return discarded;
     }
 
   private:

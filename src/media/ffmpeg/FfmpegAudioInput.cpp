@@ -103,7 +103,7 @@ void FfmpegAudioInput::requestFinish() {
 
 void FfmpegAudioInput::stop() {
     started_.store(false);
-    queue_.close();
+    discarded_.fetch_add(queue_.close());
     if (thread_.joinable()) thread_.join();
 }
 
@@ -113,20 +113,23 @@ void FfmpegAudioInput::run() {
             finishStream();
             return;
         }
-        if (state_->isWriting()) process(item->buffer);
+        if (!state_->isWriting() || !process(item->buffer)) discarded_.fetch_add(1);
     }
 }
 
-void FfmpegAudioInput::process(const AudioSampleBuffer& buffer) {
+bool FfmpegAudioInput::process(const AudioSampleBuffer& buffer) {
     const std::optional<HostTimeNs> sessionStart = state_->sessionStart();
-    if (!sessionStart || !configureResampler(buffer.format())) return;
+    if (!sessionStart || !configureResampler(buffer.format())) return false;
     const AudioTimeline::Placement placement =
         timeline_.place(*sessionStart, buffer.hostTimeNs(), buffer.frameCount(), buffer.format().sampleRate,
                         nextOutputFrame());
-    if (placement.dropped) return;
-    if (!writeSilence(placement.silenceOutputFrames)) return;
-    if (!convertInto(buffer, placement.skipInputFrames)) return;
+    if (placement.dropped) return false;
+    if (!writeSilence(placement.silenceOutputFrames)) return false;
+    if (!convertInto(buffer, placement.skipInputFrames)) return false;
+    // A failure to encode what was queued is the writer's failure, reported by its status; the buffer
+    // itself reached the track.
     encodeQueued(false);
+    return true;
 }
 
 bool FfmpegAudioInput::configureResampler(const AudioFormatDescription& format) {

@@ -33,6 +33,7 @@ class FfmpegAudioInput final : public FfmpegTrackInput {
     bool append(std::shared_ptr<const PixelBuffer> frame, HostTimeNs presentationHostTimeNs) override;
     bool append(AudioSampleBuffer buffer) override;
     std::uint64_t refusedSampleCount() const override { return refused_.load(); }
+    std::uint64_t discardedSampleCount() const override { return discarded_.load(); }
 
     Status open(std::shared_ptr<FfmpegMuxer> muxer) override;
     void start() override;
@@ -46,7 +47,8 @@ class FfmpegAudioInput final : public FfmpegTrackInput {
     };
 
     void run();
-    void process(const AudioSampleBuffer& buffer);
+    // False when nothing of the buffer reached the track.
+    bool process(const AudioSampleBuffer& buffer);
     bool configureResampler(const AudioFormatDescription& format);
     std::int64_t nextOutputFrame() const;
     bool writeSilence(std::int64_t frames);
@@ -60,6 +62,7 @@ class FfmpegAudioInput final : public FfmpegTrackInput {
     BoundedWorkQueue<WorkItem> queue_;
     std::atomic<bool> realTime_{true};
     std::atomic<std::uint64_t> refused_{0};
+    std::atomic<std::uint64_t> discarded_{0};
     std::atomic<bool> started_{false};
 
     // Set in `open` on the owning thread, then used only by the encoder thread.

@@ -89,7 +89,7 @@ void FfmpegVideoInput::requestFinish() {
 
 void FfmpegVideoInput::stop() {
     started_.store(false);
-    queue_.close();
+    discarded_.fetch_add(queue_.close());
     if (thread_.joinable()) thread_.join();
 }
 
@@ -99,16 +99,16 @@ void FfmpegVideoInput::run() {
             finishStream();
             return;
         }
-        if (state_->isWriting()) encode(*item);
+        if (!state_->isWriting() || !encode(*item)) discarded_.fetch_add(1);
     }
 }
 
-void FfmpegVideoInput::encode(const WorkItem& item) {
+bool FfmpegVideoInput::encode(const WorkItem& item) {
     const std::optional<HostTimeNs> sessionStart = state_->sessionStart();
-    if (!sessionStart || item.hostTimeNs < *sessionStart) return;
+    if (!sessionStart || item.hostTimeNs < *sessionStart) return false;
     const std::int64_t pts = nsToTicks(item.hostTimeNs - *sessionStart);
-    if (encodedAnyFrame_ && pts <= lastPts_) return;
-    if (!convert(*item.frame, pts)) return;
+    if (encodedAnyFrame_ && pts <= lastPts_) return false;
+    if (!convert(*item.frame, pts)) return false;
     AVFrame* frame = softwareFrame_.get();
     if (encoder_.uploadsToHardware) {
         av_frame_unref(hardwareFrame_.get());
@@ -116,7 +116,7 @@ void FfmpegVideoInput::encode(const WorkItem& item) {
         if (result >= 0) result = av_hwframe_transfer_data(hardwareFrame_.get(), frame, 0);
         if (result < 0) {
             state_->fail(ffmpegError(result, QStringLiteral("Could not upload a video frame")));
-            return;
+            return false;
         }
         av_frame_copy_props(hardwareFrame_.get(), frame);
         frame = hardwareFrame_.get();
@@ -128,7 +128,7 @@ void FfmpegVideoInput::encode(const WorkItem& item) {
     if (keyDue) lastKeyPts_ = pts;
     lastPts_ = pts;
     encodedAnyFrame_ = true;
-    send(frame);
+    return send(frame);
 }
 
 bool FfmpegVideoInput::convert(const PixelBuffer& source, std::int64_t pts) {

@@ -32,6 +32,7 @@ class FfmpegVideoInput final : public FfmpegTrackInput {
     bool append(std::shared_ptr<const PixelBuffer> frame, HostTimeNs presentationHostTimeNs) override;
     bool append(AudioSampleBuffer buffer) override;
     std::uint64_t refusedSampleCount() const override { return refused_.load(); }
+    std::uint64_t discardedSampleCount() const override { return discarded_.load(); }
 
     Status open(std::shared_ptr<FfmpegMuxer> muxer) override;
     void start() override;
@@ -45,7 +46,8 @@ class FfmpegVideoInput final : public FfmpegTrackInput {
     };
 
     void run();
-    void encode(const WorkItem& item);
+    // False when nothing of the frame reached the encoder.
+    bool encode(const WorkItem& item);
     bool convert(const PixelBuffer& source, std::int64_t pts);
     bool send(AVFrame* frame);
     void forward(PacketPtr packet);
@@ -56,6 +58,7 @@ class FfmpegVideoInput final : public FfmpegTrackInput {
     BoundedWorkQueue<WorkItem> queue_;
     std::atomic<bool> realTime_{true};
     std::atomic<std::uint64_t> refused_{0};
+    std::atomic<std::uint64_t> discarded_{0};
     std::atomic<bool> started_{false};
 
     // Set in `open` on the owning thread, then used only by the encoder thread.

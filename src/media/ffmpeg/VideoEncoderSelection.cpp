@@ -2,6 +2,7 @@
 
 #include "base/log/CaptureLog.h"
 #include "media/ffmpeg/FfmpegError.h"
+#include "media/ffmpeg/LowerPriorityThread.h"
 
 extern "C" {
 #include <libavutil/hwcontext.h>
@@ -154,12 +155,23 @@ void rememberChoice(VideoCodec codec, const std::string& name) {
                        .arg(QString::fromLatin1(codecLabel(codec)), QString::fromStdString(name)));
 }
 
+// x264 starts its worker threads while opening: opened from a lowered thread, they run below the capture
+// threads, which then keep their deadlines while the encoder warms up (its first frames cost the most)
+// and the encoder catches up from its queue. x265 lowers its own workers by 10 already, and the
+// hardware encoders do their work off the processor.
+Result<OpenedVideoEncoder> openCandidate(const Candidate& candidate, const VideoOutputSettings& settings,
+                                         bool globalHeader) {
+    if (candidate.name == "libx265") return tryOpen(candidate, settings, globalHeader);
+    return runOnLowerPriorityThread(kEncoderThreadName, kEncoderNiceIncrement,
+                                    [&] { return tryOpen(candidate, settings, globalHeader); });
+}
+
 }  // namespace
 
 Result<OpenedVideoEncoder> openVideoEncoder(const VideoOutputSettings& settings, bool globalHeader) {
     std::optional<Error> lastError;
     for (const Candidate& candidate : orderedCandidates(settings.codec)) {
-        Result<OpenedVideoEncoder> opened = tryOpen(candidate, settings, globalHeader);
+        Result<OpenedVideoEncoder> opened = openCandidate(candidate, settings, globalHeader);
         if (opened.ok()) {
             rememberChoice(settings.codec, candidate.name);
             return opened;

@@ -31,9 +31,15 @@ struct EncoderOption {
 // Every encoder runs in this time base, fine enough for any capture rate with variable frame timing.
 inline constexpr AVRational kVideoEncoderTimeBase{1, 90000};
 
+// Every encoder but libx265 (whose workers lower themselves) is opened on a thread of this name whose
+// nice value is this much above the caller's; the threads the encoder starts inherit both.
+inline constexpr const char* kEncoderThreadName = "kestrum-encoder";
+inline constexpr int kEncoderNiceIncrement = 5;
+
 // Opens the best available encoder for the settings: VAAPI, then NVENC, then libx265/libx264. A
 // hardware encoder that fails to open falls through to the next; the choice is logged once per
-// process and codec, and the first encoder that opened is tried first next time.
+// process and codec, and the first encoder that opened is tried first next time. The caller waits
+// for the opening thread.
 Result<OpenedVideoEncoder> openVideoEncoder(const VideoOutputSettings& settings, bool globalHeader);
 
 // The encoder that opened first for `codec` in this process, if any did.

@@ -3,6 +3,7 @@
 #include "platform/fake/FakeCaptureStreamCore.h"
 #include "platform/ports/AudioStream.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -20,11 +21,17 @@ class FakeAudioStream : public AudioStream {
     }
     QCoro::Task<Status> startCapture() override { co_return core.start(); }
     QCoro::Task<Status> stopCapture() override { co_return core.stop(); }
+    AudioStreamCounters counters(CaptureOutputType type) const override {
+        const auto found = scriptedCounters.find(type);
+        return found == scriptedCounters.end() ? AudioStreamCounters{} : found->second;
+    }
 
     const ShareableDisplay& display() const { return display_; }
     const AudioStreamConfiguration& configuration() const { return configuration_; }
 
     FakeCaptureStreamCore core;
+    // What `counters` answers, by source; main thread.
+    std::map<CaptureOutputType, AudioStreamCounters> scriptedCounters;
 
   private:
     ShareableDisplay display_;

@@ -25,6 +25,8 @@ class FakeWindowStream : public WindowStream {
         co_return Status::success();
     }
 
+    WindowStreamCounters counters() const override { return scriptedCounters; }
+
     const ShareableWindow& window() const { return window_; }
     const WindowStreamConfiguration& configuration() const { return configuration_; }
 
@@ -32,6 +34,8 @@ class FakeWindowStream : public WindowStream {
     bool deliverFrame(HostTimeNs presentationTimeNs, std::uint32_t bgra = 0xFF204060u);
 
     FakeCaptureStreamCore core;
+    // What `counters` answers; main thread.
+    WindowStreamCounters scriptedCounters;
 
   private:
     ShareableWindow window_;

@@ -3,6 +3,7 @@
 #include "platform/ports/CaptureStream.h"
 #include "platform/ports/ShareableContent.h"
 
+#include <cstdint>
 #include <memory>
 
 namespace kestrum {
@@ -18,6 +19,25 @@ struct WindowStreamConfiguration {
     friend bool operator==(const WindowStreamConfiguration&, const WindowStreamConfiguration&) = default;
 };
 
+// What a window stream did since its latest start, for the capture log at the stop.
+struct WindowStreamCounters {
+    std::int64_t framesRead = 0;        // pictures read from the window and delivered
+    std::int64_t blankFrames = 0;       // blank samples delivered while the window showed nothing
+    std::int64_t deadlinesSkipped = 0;  // frame deadlines passed over because a read ran late
+    std::int64_t readsFailed = 0;       // reads the window's server refused, or that could not be scaled
+
+    // "frames read 1800, blank 0, late deadlines skipped 2, reads failed 0"
+    QString description() const {
+        return QStringLiteral("frames read %1, blank %2, late deadlines skipped %3, reads failed %4")
+            .arg(framesRead)
+            .arg(blankFrames)
+            .arg(deadlinesSkipped)
+            .arg(readsFailed);
+    }
+
+    friend bool operator==(const WindowStreamCounters&, const WindowStreamCounters&) = default;
+};
+
 // A stream of one window's picture, however the window moves between displays. It delivers samples of
 // type `screen` only. Besides the contract of CaptureStream: the stream follows a resized window
 // (still scaled to the configured size), sends `blank` samples while the window is unmapped, and stops
@@ -27,6 +47,10 @@ class WindowStream : public CaptureStream {
     // Applies a new configuration to a running stream from its next picture on (main thread). An Error
     // when the configuration is invalid; the old one then stays.
     virtual QCoro::Task<Status> updateConfiguration(WindowStreamConfiguration configuration) = 0;
+
+    // What the running stream, or its latest run once stopped, did; zeros before the first start. Main
+    // thread; the counts of a running stream are a snapshot that may lag its newest sample.
+    virtual WindowStreamCounters counters() const = 0;
 };
 
 // Makes window streams. Main thread; a stream is made stopped, with no outputs.

@@ -2,6 +2,7 @@
 
 #include "SyntheticMedia.h"
 #include "media/MovieWriter.h"
+#include "support/MovieDecoding.h"
 
 #include <gtest/gtest.h>
 
@@ -66,27 +67,11 @@ struct MovieScript {
 struct WrittenMovie {
     MovieWriterStatus status = MovieWriterStatus::unknown;
     std::optional<Error> error;
+    // What each input discarded, the video's first, then the audio tracks'.
+    std::vector<std::uint64_t> discarded;
 };
 
 std::vector<double> evenFrameTimes(double fromSeconds, double toSeconds, double framesPerSecond);
 WrittenMovie writeMovie(const QString& path, const MovieScript& script);
-
-struct DecodedFrame {
-    double seconds = 0;
-    double meanLuma = 0;
-};
-// Every frame of the first video track, in presentation order.
-std::vector<DecodedFrame> decodeVideo(const QString& path);
-
-struct DecodedAudio {
-    int sampleRate = 0;
-    double startSeconds = 0;
-    std::vector<float> samples;  // first channel
-};
-// The `audioIndex`-th audio track (0 = the first) decoded to float.
-std::optional<DecodedAudio> decodeAudio(const QString& path, int audioIndex);
-
-// Times where the magnitude rises above `threshold` after at least `quietSeconds` below it.
-std::vector<double> soundOnsets(const DecodedAudio& audio, double threshold, double quietSeconds = 0.5);
 
 }  // namespace kestrum::test

@@ -1,13 +1,20 @@
 // The FFmpeg movie writer end to end: movies written from synthetic frames and tones, read back by the
 // real ffprobe and by decoding with libav.
 #include "MediaTestSupport.h"
+#include "media/ffmpeg/FfmpegMovieWriterFactory.h"
+#include "media/ffmpeg/VideoEncoderSelection.h"
+#include "support/TestEnvironment.h"
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QJsonArray>
 #include <QTemporaryDir>
 
+#include <unistd.h>
 #include <cmath>
+#include <map>
+#include <thread>
 
 namespace kestrum::test {
 namespace {
@@ -79,6 +86,50 @@ TEST(MovieWriter, TracksHaveTheirOrderTypesCodecsAndDurations) {
     }
 }
 
+// The threads of this process: id, name and nice value, from /proc.
+struct ThreadInfo {
+    QString name;
+    int nice = 0;
+};
+std::map<int, ThreadInfo> processThreads() {
+    std::map<int, ThreadInfo> threads;
+    for (const QString& task :
+         QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        const QByteArray stat = readFileBytes(QStringLiteral("/proc/self/task/%1/stat").arg(task));
+        const QByteArray name = readFileBytes(QStringLiteral("/proc/self/task/%1/comm").arg(task)).trimmed();
+        // The fields after the parenthesised name: state is the 3rd of the line, nice the 19th.
+        const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
+        if (fields.size() > 16) threads[task.toInt()] = {QString::fromUtf8(name), fields[16].toInt()};
+    }
+    return threads;
+}
+
+TEST(MovieWriter, H264WorkerThreadsRunBelowTheCallersPriority) {
+    KESTRUM_REQUIRE_MEDIA(encoderAvailable("libx264"), "libx264");
+    if (std::thread::hardware_concurrency() < 2) GTEST_SKIP() << "one core: x264 starts no worker threads";
+    QTemporaryDir folder;
+    auto writer =
+        ffmpeg::FfmpegMovieWriterFactory()
+            .createWriter(folder.filePath(QStringLiteral("nice.mov")), MovieFileType::quickTimeMovie)
+            .toOptional();
+    ASSERT_TRUE(writer);
+    ASSERT_TRUE((*writer)->addInput(
+        videoOutputSettings(OutputResolution::native, OutputFrameRate::fps60, 1920, 1080)));
+    const auto self = static_cast<int>(gettid());
+    const int ownNice = processThreads().at(self).nice;
+    ASSERT_TRUE((*writer)->startWriting());
+    // The workers carry the name of the thread that opened the encoder, set before it started them.
+    int workers = 0;
+    for (const auto& [id, thread] : processThreads()) {
+        if (thread.name != QLatin1String(ffmpeg::kEncoderThreadName)) continue;
+        ++workers;
+        EXPECT_EQ(thread.nice, ownNice + ffmpeg::kEncoderNiceIncrement) << id;
+    }
+    EXPECT_GT(workers, 0);
+    EXPECT_EQ(processThreads().at(self).nice, ownNice);
+    (*writer)->cancelWriting();
+}
+
 TEST(MovieWriter, AverageBitRateFollowsTheTableAt720p30) {
     KESTRUM_REQUIRE_MEDIA(programAvailable(QStringLiteral("ffprobe")), "ffprobe");
     KESTRUM_REQUIRE_MEDIA(encoderAvailable("libx265"), "libx265");
@@ -99,6 +150,7 @@ struct TimingCase {
     const char* name;
     std::vector<double> appendedSeconds;
     std::vector<double> expectedSeconds;
+    std::uint64_t discarded;
 };
 
 std::vector<double> concat(std::initializer_list<std::vector<double>> parts) {
@@ -113,10 +165,10 @@ TEST(MovieWriter, FramesLandAtTheirOwnTimes) {
     const auto variable =
         concat({evenFrameTimes(0, 1, 30), evenFrameTimes(1, 4, 2.5), evenFrameTimes(4, 5, 30)});
     const std::vector<TimingCase> cases{
-        {"30 fps, then 2.5 fps for 3 s, then 30 fps", variable, variable},
+        {"30 fps, then 2.5 fps for 3 s, then 30 fps", variable, variable, 0},
         {"frames before the session start are dropped", concat({{-0.5, -0.1}, evenFrameTimes(0, 1, 30)}),
-         evenFrameTimes(0, 1, 30)},
-        {"repeated and older stamps are dropped", {0.0, 0.1, 0.1, 0.05, 0.2, 1.7}, {0.0, 0.1, 0.2, 1.7}},
+         evenFrameTimes(0, 1, 30), 2},
+        {"repeated and older stamps are dropped", {0.0, 0.1, 0.1, 0.05, 0.2, 1.7}, {0.0, 0.1, 0.2, 1.7}, 2},
     };
     for (const TimingCase& c : cases) {
         SCOPED_TRACE(c.name);
@@ -125,7 +177,9 @@ TEST(MovieWriter, FramesLandAtTheirOwnTimes) {
         MovieScript script;
         script.video = videoOutputSettings(OutputResolution::p720, OutputFrameRate::fps30, 192, 108);
         script.frameSeconds = c.appendedSeconds;
-        ASSERT_EQ(writeMovie(path, script).status, MovieWriterStatus::completed);
+        const WrittenMovie written = writeMovie(path, script);
+        ASSERT_EQ(written.status, MovieWriterStatus::completed);
+        EXPECT_EQ(written.discarded, std::vector<std::uint64_t>{c.discarded});
         const auto probe = probeJson(path, {QStringLiteral("-select_streams"), QStringLiteral("v:0"),
                                             QStringLiteral("-show_packets")});
         ASSERT_TRUE(probe);
@@ -209,6 +263,7 @@ struct EarlyAudioCase {
     const char* name;
     double audioFromSeconds;
     int bufferFrames;
+    std::uint64_t discarded;  // buffers wholly before the start
 };
 
 TEST(MovieWriter, AudioBeforeTheSessionStartIsAbsent) {
@@ -219,8 +274,8 @@ TEST(MovieWriter, AudioBeforeTheSessionStartIsAbsent) {
         return seconds >= 0.5 && seconds < 0.6 ? 0.5 * std::sin(2 * 3.14159265358979 * 1000 * seconds) : 0.0;
     };
     const std::vector<EarlyAudioCase> cases{
-        {"a second of buffers before the start", -1.0, 480},
-        {"one buffer straddling the start", -0.005, 960},
+        {"a second of buffers before the start", -1.0, 480, 100},
+        {"one buffer straddling the start", -0.005, 960, 0},
     };
     for (const EarlyAudioCase& c : cases) {
         SCOPED_TRACE(c.name);
@@ -234,7 +289,9 @@ TEST(MovieWriter, AudioBeforeTheSessionStartIsAbsent) {
         script.audioToSeconds = 1.0;
         script.audioBufferFrames = c.bufferFrames;
         script.signal = signal;
-        ASSERT_EQ(writeMovie(path, script).status, MovieWriterStatus::completed);
+        const WrittenMovie written = writeMovie(path, script);
+        ASSERT_EQ(written.status, MovieWriterStatus::completed);
+        EXPECT_EQ(written.discarded, (std::vector<std::uint64_t>{0, c.discarded}));
         const auto audio = decodeAudio(path, 0);
         ASSERT_TRUE(audio);
         EXPECT_NEAR(audio->startSeconds, 0.0, 1e-3);

@@ -57,6 +57,8 @@ class PulseMainLoop {
 
     // Lock held. The context, for making streams on it.
     pa_context* context() const { return context_; }
+    // Lock held. The loop's interface, for its time events.
+    pa_mainloop_api* api() const { return pa_threaded_mainloop_get_api(mainloop_); }
     // Lock held. False once the server went away or dropped the connection.
     bool isContextReady() const;
     // Lock held. The server's words for the context's last failure.

@@ -130,7 +130,7 @@ void X11StreamCaptureLoop::setOutputs(std::vector<X11StreamOutput> outputs) {
     outputs_ = std::move(outputs);
 }
 
-X11WindowStreamCounters X11StreamCaptureLoop::counters() const {
+WindowStreamCounters X11StreamCaptureLoop::counters() const {
     return {framesRead_.load(), blankFrames_.load(), deadlinesSkipped_.load(), readsFailed_.load()};
 }
 

@@ -3,7 +3,6 @@
 #include "platform/linux/x11/X11StreamOutput.h"
 #include "platform/linux/x11/X11StreamScaler.h"
 #include "platform/linux/x11/X11StreamWindowReader.h"
-#include "platform/linux/x11/X11WindowStreamCounters.h"
 #include "platform/ports/WindowStream.h"
 
 #include <QPromise>
@@ -37,7 +36,7 @@ class X11StreamCaptureLoop {
     // Replaces the receivers from the next sample on.
     void setOutputs(std::vector<X11StreamOutput> outputs);
 
-    X11WindowStreamCounters counters() const;
+    WindowStreamCounters counters() const;
     // Why the window's samples ended by themselves; absent after a stop that came first.
     std::optional<Error> endError() const;
 

@@ -100,8 +100,8 @@ QCoro::Task<Status> X11WindowStream::updateConfiguration(WindowStreamConfigurati
     co_return Status::success();
 }
 
-X11WindowStreamCounters X11WindowStream::counters() const {
-    return loop_ ? loop_->counters() : X11WindowStreamCounters{};
+WindowStreamCounters X11WindowStream::counters() const {
+    return loop_ ? loop_->counters() : WindowStreamCounters{};
 }
 
 }  // namespace kestrum

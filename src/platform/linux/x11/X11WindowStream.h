@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/linux/x11/X11StreamOutput.h"
-#include "platform/linux/x11/X11WindowStreamCounters.h"
 #include "platform/ports/WindowStream.h"
 
 #include <QFuture>
@@ -39,8 +38,8 @@ class X11WindowStream final : public WindowStream {
     QCoro::Task<Status> stopCapture() override;
     QCoro::Task<Status> updateConfiguration(WindowStreamConfiguration configuration) override;
 
-    // What the running or the last run did; zeros before the first start. Main thread.
-    X11WindowStreamCounters counters() const;
+    // Counted by the capture thread in atomics; each start begins from zero.
+    WindowStreamCounters counters() const override;
 
   private:
     QCoro::Task<void> joinCaptureThread();

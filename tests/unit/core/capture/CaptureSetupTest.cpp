@@ -73,6 +73,7 @@ TEST_P(Setup, choosesCodecBitRateAndKeyFrames) {
     EXPECT_EQ(video.codec, row.codec);
     EXPECT_EQ(video.averageBitRate, row.bitRate);
     EXPECT_EQ(video.maxKeyFrameInterval, row.keyFrameInterval);
+    EXPECT_EQ(video.maxKeyFrameIntervalDurationSeconds, 2.0);
     EXPECT_EQ(video.h264HighAutoLevel, row.codec == VideoCodec::h264);
     EXPECT_TRUE(std::holds_alternative<AudioOutputSettings>(settings[1]));
     EXPECT_TRUE(std::holds_alternative<AudioOutputSettings>(settings[2]));
@@ -89,6 +90,10 @@ INSTANTIATE_TEST_SUITE_P(
                              VideoCodec::hevc, 3000000, 120},
                     SetupRow{"p1080at30", VideoFrameRate::fps30, RecordingVideoResolution::p1080,
                              VideoCodec::hevc, 3500000, 60},
+                    SetupRow{"p1080at60", VideoFrameRate::fps60, RecordingVideoResolution::p1080,
+                             VideoCodec::hevc, 6000000, 120},
+                    SetupRow{"nativeAt30", VideoFrameRate::fps30, RecordingVideoResolution::native,
+                             VideoCodec::h264, 7000000, 60},
                     SetupRow{"nativeAt60", VideoFrameRate::fps60, RecordingVideoResolution::native,
                              VideoCodec::h264, 10000000, 120}),
     [](const auto& info) { return std::string(info.param.name); });

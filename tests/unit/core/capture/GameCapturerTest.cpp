@@ -103,6 +103,87 @@ TEST_F(GameCapturerSteps, soundBeforeTheFirstFrameIsDroppedAndMicrophoneRetimed)
     rig_.finish();
 }
 
+TEST_F(GameCapturerSteps, aSecondLossOfFocusAddsOnePrivacyFrameAndKeepsOneTimer) {
+    auto job = rig_.start();
+    rig_.stream()->deliverFrame(hostTimeNow());
+    rig_.awaitStart(job);
+    rig_.drainWriteQueue();
+    ASSERT_EQ(input(0).videoTimesNs.size(), 1u);
+    const HostTimeNs firstNoticeNs = hostTimeNow();
+    rig_.focusElsewhere();
+    rig_.focusElsewhere();
+    rig_.drainWriteQueue();
+    EXPECT_EQ(input(0).videoTimesNs.size(), 3u);  // one privacy frame for each notice
+    processEventsFor(1000);
+    rig_.focusGame();
+    rig_.drainWriteQueue();
+    const HostTimeNs focusBackNs = hostTimeNow();
+    // One timer fires at most once every 0.4 s from the first notice, a second one would double that; a
+    // busy machine only makes it fire less often, never more.
+    const auto timerFrames = static_cast<std::int64_t>(input(0).videoTimesNs.size()) - 3;
+    EXPECT_GE(timerFrames, 1);
+    EXPECT_LE(timerFrames, (focusBackNs - firstNoticeNs) / 400'000'000);
+    processEventsFor(500);
+    rig_.drainWriteQueue();
+    EXPECT_EQ(static_cast<std::int64_t>(input(0).videoTimesNs.size()), 3 + timerFrames)
+        << "the timer outlived the focus";
+    rig_.finish();
+}
+
+TEST_F(GameCapturerSteps, theStopLogsOneLinePerTrackWithTheFateOfEverySample) {
+    rig_.defaults.setBool(true, SettingsKeys::recordMicrophone);
+    rig_.microphoneAccess.setStatus(MicrophoneAccess::Status::authorized);
+    auto job = rig_.start();
+    FakeWindowStream& video = *rig_.stream();
+    FakeAudioStream& audio = *rig_.audio();
+    ASSERT_TRUE(deliverAudio(audio, CaptureOutputType::audio, hostTimeNow()));  // before the session
+    const HostTimeNs firstNs = hostTimeNow();
+    video.deliverFrame(firstNs);
+    video.deliverFrame(firstNs);  // not later than the last
+    rig_.awaitStart(job);
+    rig_.drainWriteQueue();
+    ASSERT_TRUE(deliverAudio(audio, CaptureOutputType::audio, hostTimeNow()));
+    input(2).ready = false;
+    ASSERT_TRUE(deliverAudio(audio, CaptureOutputType::microphone, hostTimeNow()));
+    rig_.focusElsewhere();
+    rig_.drainWriteQueue();
+    video.deliverFrame(hostTimeNow());  // while unfocused
+    rig_.drainWriteQueue();
+    rig_.focusGame();
+    CaptureSample notReady;
+    notReady.dataIsReady = false;
+    video.core.deliver(std::move(notReady), CaptureOutputType::screen);
+    input(0).acceptsAppends = false;
+    video.deliverFrame(hostTimeNow());  // refused
+    rig_.drainWriteQueue();
+    input(0).discarded = 2;
+    input(1).refused = 3;
+    video.scriptedCounters = {6, 0, 1, 0};
+    audio.scriptedCounters[CaptureOutputType::audio] = {2, 0, 0, 0, 1};
+    audio.scriptedCounters[CaptureOutputType::microphone] = {1, 1, 20, 0, std::nullopt};
+    const qsizetype privacyFrames = static_cast<qsizetype>(input(0).videoTimesNs.size()) - 2;
+    rig_.finish();
+
+    const QStringList lines = linesAfterDrain();
+    const qsizetype finalized = lines.indexOf(QStringLiteral("Recording container finalized successfully."));
+    ASSERT_GE(finalized, 0) << lines.join('\n').toStdString();
+    EXPECT_EQ(lines.mid(finalized + 1, 3),
+              (QStringList{
+                  QStringLiteral(
+                      "video: 1 of 5 frames written (1 data not ready, 1 while unfocused, 1 not later than "
+                      "the last, 1 refused), privacy frames %1; writer: 0 refused with its queue full, 2 "
+                      "discarded; window stream: frames read 6, blank 0, late deadlines skipped 1, reads "
+                      "failed 0")
+                      .arg(privacyFrames),
+                  QStringLiteral(
+                      "system audio: 1 of 2 buffers written (1 before the session); writer: 3 refused with "
+                      "its queue full, 0 discarded; audio stream: buffers 2, overruns 0, lost 0 ms, late 0 "
+                      "ms, playback streams 1"),
+                  QStringLiteral(
+                      "microphone: 0 of 1 buffers written (1 not ready); writer: 0 refused with its queue "
+                      "full, 0 discarded; audio stream: buffers 1, overruns 1, lost 20 ms, late 0 ms")}));
+}
+
 TEST_F(GameCapturerSteps, soundBeforeAnyFrameNeverReachesAnInput) {
     auto job = rig_.start();
     ASSERT_NE(rig_.audio(), nullptr);

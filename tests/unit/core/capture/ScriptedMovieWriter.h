@@ -29,10 +29,13 @@ class RecordingInput final : public MovieWriterInput {
         audioTimesNs.push_back(buffer.hostTimeNs());
         return acceptsAppends;
     }
-    std::uint64_t refusedSampleCount() const override { return 0; }
+    std::uint64_t refusedSampleCount() const override { return refused; }
+    std::uint64_t discardedSampleCount() const override { return discarded; }
 
     std::atomic<bool> ready = true;
     std::atomic<bool> acceptsAppends = true;
+    std::atomic<std::uint64_t> refused = 0;  // what the counts answer
+    std::atomic<std::uint64_t> discarded = 0;
     std::vector<HostTimeNs> videoTimesNs;
     std::vector<HostTimeNs> audioTimesNs;
     std::shared_ptr<const PixelBuffer> lastFrame;

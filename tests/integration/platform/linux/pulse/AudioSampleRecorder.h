@@ -3,6 +3,7 @@
 #include "base/async/SerialQueue.h"
 #include "platform/ports/CaptureStream.h"
 
+#include <algorithm>
 #include <cmath>
 #include <mutex>
 #include <vector>
@@ -22,6 +23,7 @@ class AudioSampleRecorder final : public CaptureStreamOutput {
         double rms;            // of the float samples
         bool onQueue;          // ran on the queue it was registered with
         HostTimeNs arrivalNs;  // when it ran
+        std::vector<float> firstChannel;
     };
 
     explicit AudioSampleRecorder(SerialQueue& queue) : queue_(queue) {}
@@ -33,9 +35,14 @@ class AudioSampleRecorder final : public CaptureStreamOutput {
         double sum = 0;
         for (std::size_t i = 0; i < bytes.size() / sizeof(float); ++i) sum += double(samples[i]) * samples[i];
         const double rms = bytes.empty() ? 0 : std::sqrt(sum * sizeof(float) / double(bytes.size()));
+        std::vector<float> firstChannel;
+        const std::size_t channels = std::max<std::size_t>(1, audio.format().channelsPerFrame);
+        for (std::size_t i = 0; i < bytes.size() / sizeof(float); i += channels)
+            firstChannel.push_back(samples[i]);
         const std::lock_guard lock(mutex_);
         received_.push_back({type, audio.hostTimeNs(), audio.frameCount(), audio.format(),
-                             audio.isWellFormed(), rms, queue_.isCurrent(), hostTimeNow()});
+                             audio.isWellFormed(), rms, queue_.isCurrent(), hostTimeNow(),
+                             std::move(firstChannel)});
     }
 
     // The buffers of `type` received from the `from`-th buffer on.

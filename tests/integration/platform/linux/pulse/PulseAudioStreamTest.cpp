@@ -1,5 +1,6 @@
-// The PulseAudio stream against a private pulseaudio with a null sink and a null source: a tone played
-// into the sink must come back on the monitor, stamped on the host clock, buffer after buffer.
+// The PulseAudio stream against a private pulseaudio with a null sink and a null source: a tone another
+// process plays into the sink must come back as system sound, stamped on the host clock, buffer after
+// buffer, while a tone this process plays must not.
 #include "AudioSampleRecorder.h"
 #include "platform/linux/pulse/PulseAudioStreamClock.h"
 #include "platform/linux/pulse/PulseAudioStreamFactory.h"
@@ -14,6 +15,8 @@
 #include <QProcess>
 #include <QTemporaryFile>
 
+#include <pulse/simple.h>
+
 #include <algorithm>
 #include <chrono>
 #include <numbers>
@@ -24,26 +27,110 @@ namespace {
 
 using Buffers = std::vector<AudioSampleRecorder::Received>;
 
-// Plays one second of a 440 Hz sine at half scale into the default sink and returns once it has been
-// played out. pacat inherits PULSE_SERVER from the test's server.
-bool playTone() {
-    QTemporaryFile raw;
-    if (!raw.open()) return false;
-    std::vector<float> samples(2 * 48000);
+constexpr int kRate = 48000;
+
+// Interleaved stereo float: a sine of `hz` at `amplitude` for `seconds`.
+std::vector<float> sine(double hz, double seconds, float amplitude) {
+    std::vector<float> samples(2 * static_cast<std::size_t>(seconds * kRate));
     for (std::size_t i = 0; i < samples.size(); ++i) {
-        samples[i] = 0.5f * float(std::sin(2 * std::numbers::pi * 440.0 * double(i / 2) / 48000));
+        samples[i] = amplitude * float(std::sin(2 * std::numbers::pi * hz * double(i / 2) / kRate));
     }
-    raw.write(reinterpret_cast<const char*>(samples.data()), qint64(samples.size() * sizeof(float)));
-    raw.flush();
-    QProcess pacat;
-    pacat.start(QStringLiteral("pacat"),
-                {QStringLiteral("--raw"), QStringLiteral("--format=float32le"),
-                 QStringLiteral("--rate=48000"), QStringLiteral("--channels=2"), raw.fileName()});
-    return pacat.waitForFinished(15000) && pacat.exitCode() == 0;
+    return samples;
 }
 
+// A tone that another process (pacat) plays into the default sink; pacat inherits PULSE_SERVER from the
+// test's server.
+class OtherProcessTone {
+  public:
+    bool start(double hz, double seconds) {
+        if (!raw_.open()) return false;
+        const std::vector<float> samples = sine(hz, seconds, 0.3F);
+        raw_.write(reinterpret_cast<const char*>(samples.data()), qint64(samples.size() * sizeof(float)));
+        raw_.flush();
+        pacat_.start(QStringLiteral("pacat"),
+                     {QStringLiteral("--raw"), QStringLiteral("--format=float32le"),
+                      QStringLiteral("--rate=48000"), QStringLiteral("--channels=2"), raw_.fileName()});
+        return pacat_.waitForStarted(5000);
+    }
+    // Returns once the tone has been played out.
+    bool finish() { return pacat_.waitForFinished(15000) && pacat_.exitCode() == 0; }
+
+  private:
+    QTemporaryFile raw_;
+    QProcess pacat_;
+};
+
+bool playTone() {
+    OtherProcessTone tone;
+    return tone.start(440, 1.0) && tone.finish();
+}
+
+// A tone that this process plays into the default sink, from a thread of its own.
+class OwnProcessTone {
+  public:
+    void start(double hz, double seconds) {
+        thread_ = std::thread([this, hz, seconds] {
+            const pa_sample_spec format{PA_SAMPLE_FLOAT32LE, kRate, 2};
+            int error = 0;
+            pa_simple* stream = pa_simple_new(nullptr, "kestrum-test", PA_STREAM_PLAYBACK, nullptr,
+                                              "own tone", &format, nullptr, nullptr, &error);
+            if (stream == nullptr) return;
+            const std::vector<float> samples = sine(hz, seconds, 0.3F);
+            played_ = pa_simple_write(stream, samples.data(), samples.size() * sizeof(float), &error) == 0 &&
+                      pa_simple_drain(stream, &error) == 0;
+            pa_simple_free(stream);
+        });
+    }
+    bool finish() {
+        if (thread_.joinable()) thread_.join();
+        return played_;
+    }
+    ~OwnProcessTone() { finish(); }
+
+  private:
+    std::thread thread_;
+    bool played_ = false;
+};
+
+// The first channel of a contiguous run of buffers, and where on the host clock it starts.
+struct Recording {
+    HostTimeNs startNs = 0;
+    std::vector<float> samples;
+
+    std::size_t indexAt(HostTimeNs ns) const {
+        return std::clamp<std::size_t>(
+            std::size_t(std::max<HostTimeNs>(0, ns - startNs) * kRate / 1'000'000'000), 0, samples.size());
+    }
+    // The amplitude of the `hz` component between two host times (Goertzel).
+    double amplitudeOf(double hz, HostTimeNs fromNs, HostTimeNs toNs) const {
+        const std::size_t from = indexAt(fromNs);
+        const std::size_t to = indexAt(toNs);
+        const double coefficient = 2 * std::cos(2 * std::numbers::pi * hz / kRate);
+        double previous = 0;
+        double beforePrevious = 0;
+        for (std::size_t i = from; i < to; ++i) {
+            const double current = samples[i] + coefficient * previous - beforePrevious;
+            beforePrevious = previous;
+            previous = current;
+        }
+        const double power =
+            previous * previous + beforePrevious * beforePrevious - coefficient * previous * beforePrevious;
+        return to > from ? 2 * std::sqrt(std::max(0.0, power)) / double(to - from) : 0;
+    }
+};
+
 HostTimeNs endOf(const AudioSampleRecorder::Received& buffer) {
-    return buffer.hostTimeNs + HostTimeNs(buffer.frameCount) * 1'000'000'000 / 48000;
+    return buffer.hostTimeNs + HostTimeNs(buffer.frameCount) * 1'000'000'000 / kRate;
+}
+
+Recording recordingOf(const std::vector<AudioSampleRecorder::Received>& buffers) {
+    Recording recording;
+    if (!buffers.empty()) recording.startNs = buffers.front().hostTimeNs;
+    for (const auto& buffer : buffers) {
+        recording.samples.insert(recording.samples.end(), buffer.firstChannel.begin(),
+                                 buffer.firstChannel.end());
+    }
+    return recording;
 }
 
 // Float stereo at 48 kHz on the registered queue; each buffer starts where the one before it ended;
@@ -70,10 +157,11 @@ void expectCapturedRun(const Buffers& buffers) {
     EXPECT_LT(lagsNs[lagsNs.size() / 2], 25'000'000);
 }
 
-AudioStreamConfiguration configuration(bool system, bool microphone) {
+AudioStreamConfiguration configuration(bool system, bool microphone, bool excludesOwnSound = true) {
     AudioStreamConfiguration made;
     made.capturesAudio = system;
     made.captureMicrophone = microphone;
+    made.excludesCurrentProcessAudio = excludesOwnSound;
     return made;
 }
 
@@ -83,17 +171,21 @@ class PulseAudioStreamTest : public testing::Test {
         if (!server_.start()) GTEST_SKIP() << "no private sound server: " << server_.failure().toStdString();
     }
 
-    // A stream with the recorder as the output of each source the configuration captures.
-    std::unique_ptr<AudioStream> makeStream(bool system, bool microphone) {
-        auto made = PulseAudioStreamFactory().makeAudioStream({}, configuration(system, microphone));
+    // A stream with `recorder` (by default the fixture's) as the output of each source the configuration
+    // captures.
+    std::unique_ptr<AudioStream> makeStream(bool system, bool microphone, bool excludesOwnSound = true,
+                                            AudioSampleRecorder* recorder = nullptr) {
+        AudioSampleRecorder& output = recorder ? *recorder : recorder_;
+        auto made = PulseAudioStreamFactory().makeAudioStream(
+            {}, configuration(system, microphone, excludesOwnSound));
         EXPECT_TRUE(made.ok()) << (made.ok() ? "" : made.error().description.toStdString());
         if (!made.ok()) return nullptr;
         auto stream = std::move(made).value();
         if (system) {
-            EXPECT_TRUE(stream->addStreamOutput(recorder_, CaptureOutputType::audio, queue_).ok());
+            EXPECT_TRUE(stream->addStreamOutput(output, CaptureOutputType::audio, queue_).ok());
         }
         if (microphone) {
-            EXPECT_TRUE(stream->addStreamOutput(recorder_, CaptureOutputType::microphone, queue_).ok());
+            EXPECT_TRUE(stream->addStreamOutput(output, CaptureOutputType::microphone, queue_).ok());
         }
         return stream;
     }
@@ -142,6 +234,71 @@ TEST_F(PulseAudioStreamTest, ToneReachesSystemAudioOnlyWithContiguousHostTimes) 
     }
     EXPECT_TRUE(
         std::all_of(microphone.begin(), microphone.end(), [](const auto& b) { return b.rms < 1e-4; }));
+}
+
+TEST_F(PulseAudioStreamTest, OurOwnSoundIsLeftOutAndAStreamStartedMidwayIsTakenIn) {
+    // The same sound recorded twice: without this process's streams, and with every stream, which shows
+    // that our own tone did play.
+    AudioSampleRecorder everything(queue_);
+    auto withoutOurs = makeStream(true, false);
+    auto withOurs = makeStream(true, false, false, &everything);
+    ASSERT_TRUE(withoutOurs && QCoro::waitFor(withoutOurs->startCapture()).ok());
+    ASSERT_TRUE(withOurs && QCoro::waitFor(withOurs->startCapture()).ok());
+    // A null sink that idled before the streams held its latency down still sleeps through the rest of
+    // its current block, up to 2 s, before it mixes anything new.
+    ASSERT_TRUE(waitForBuffers(110));
+    OwnProcessTone ours;
+    OtherProcessTone game;
+    OtherProcessTone chat;
+    ours.start(1000, 4.0);
+    ASSERT_TRUE(game.start(440, 4.0));
+    const HostTimeNs bothStartedNs = hostTimeNow();
+    processEventsFor(1500);
+    const HostTimeNs chatStartNs = hostTimeNow();
+    ASSERT_TRUE(chat.start(660, 1.5));
+    ASSERT_TRUE(chat.finish() && game.finish() && ours.finish());
+    const HostTimeNs allEndedNs = hostTimeNow();
+    const AudioStreamCounters counters = withoutOurs->counters(CaptureOutputType::audio);
+    ASSERT_TRUE(QCoro::waitFor(withoutOurs->stopCapture()).ok());
+    ASSERT_TRUE(QCoro::waitFor(withOurs->stopCapture()).ok());
+    queue_.sync([] {});
+
+    const auto buffers = recorder_.received(CaptureOutputType::audio);
+    expectCapturedRun(buffers);
+    const Recording recorded = recordingOf(buffers);
+    const Recording reference = recordingOf(everything.received(CaptureOutputType::audio));
+    // Windows a quarter second clear of each start, for the server to have switched the streams on.
+    const HostTimeNs soloFromNs = bothStartedNs + 250'000'000;
+    const HostTimeNs chatFromNs = chatStartNs + 250'000'000;
+    const HostTimeNs chatToNs = chatStartNs + 1'250'000'000;
+    struct Expectation {
+        const char* what;
+        const Recording& recording;
+        double hz;
+        HostTimeNs fromNs;
+        HostTimeNs toNs;
+        bool heard;
+    };
+    const std::vector<Expectation> expectations = {
+        {"the game's tone", recorded, 440, soloFromNs, chatStartNs, true},
+        {"our tone", recorded, 1000, soloFromNs, allEndedNs, false},
+        {"the chat before it starts", recorded, 660, soloFromNs, chatStartNs, false},
+        {"the chat once it started", recorded, 660, chatFromNs, chatToNs, true},
+        {"the game's tone beside the chat", recorded, 440, chatFromNs, chatToNs, true},
+        {"our tone where it is not excluded", reference, 1000, soloFromNs, chatStartNs, true},
+    };
+    for (const Expectation& row : expectations) {
+        const double amplitude = row.recording.amplitudeOf(row.hz, row.fromNs, row.toNs);
+        // Played at 0.3; a leak of ours would be far above -40 dB of that.
+        if (row.heard) {
+            EXPECT_GT(amplitude, 0.2) << row.what;
+        } else {
+            EXPECT_LT(amplitude, 0.003) << row.what;
+        }
+    }
+    EXPECT_EQ(counters.playbackStreamsRecorded, std::optional<std::int64_t>(2));
+    EXPECT_EQ(withoutOurs->counters(CaptureOutputType::audio).buffersDelivered,
+              static_cast<std::int64_t>(buffers.size()));
 }
 
 TEST_F(PulseAudioStreamTest, NothingArrivesAfterStopAndARestartDeliversAgain) {
