@@ -264,10 +264,11 @@ void DashboardController::followFolderStore(RecordingFolderStore& store) {
     setRecordingsFolder(store.folderPath());
 }
 
-void DashboardController::setScoreboard(bool pinned, bool tabVisible) {
+void DashboardController::setScoreboard(bool pinned, bool tabVisible, bool animates) {
     if (pinned == isScoreboardPinned_ && tabVisible == isTabScoreboardVisible_) return;
     isScoreboardPinned_ = pinned;
     isTabScoreboardVisible_ = tabVisible;
+    scoreboardChangeAnimates_ = animates;
     emit scoreboardChanged();
 }
 

@@ -77,6 +77,9 @@ class DashboardController : public QObject {
         bool isScoreboardPinned READ isScoreboardPinned WRITE setScoreboardPinned NOTIFY scoreboardChanged)
     Q_PROPERTY(bool isTabScoreboardVisible READ isTabScoreboardVisible NOTIFY scoreboardChanged)
     Q_PROPERTY(bool showsScoreboard READ showsScoreboard NOTIFY scoreboardChanged)
+    Q_PROPERTY(bool scoreboardChangeAnimates READ scoreboardChangeAnimates NOTIFY scoreboardChanged)
+    Q_PROPERTY(int scoreboardAnimationMs READ scoreboardAnimationMs CONSTANT)
+    Q_PROPERTY(int loadingFadeMs READ loadingFadeMs CONSTANT)
     Q_PROPERTY(bool acceptsPlaybackKeys READ acceptsPlaybackKeys WRITE setAcceptsPlaybackKeys NOTIFY
                    acceptsPlaybackKeysChanged)
     Q_PROPERTY(
@@ -140,6 +143,12 @@ class DashboardController : public QObject {
     void setScoreboardPinned(bool pinned);
     bool isTabScoreboardVisible() const { return isTabScoreboardVisible_; }
     bool showsScoreboard() const { return isScoreboardPinned_ || isTabScoreboardVisible_; }
+    // Whether the last change of the scoreboard is animated: O eases in and out over
+    // scoreboardAnimationMs; Tab shows and hides it at once.
+    bool scoreboardChangeAnimates() const { return scoreboardChangeAnimates_; }
+    int scoreboardAnimationMs() const { return 150; }
+    // The end of a load fades the "Loading Video..." overlay out over this time (ease-out).
+    int loadingFadeMs() const { return 140; }
     bool acceptsPlaybackKeys() const { return acceptsPlaybackKeys_; }
     void setAcceptsPlaybackKeys(bool accepts);
     bool isGuidePresented() const { return isGuidePresented_; }
@@ -195,7 +204,7 @@ class DashboardController : public QObject {
     void wireSelection();
     void perform(DashboardKeyAction action);
     void setTabScoreboardPressed(bool pressed);
-    void setScoreboard(bool pinned, bool tabVisible);
+    void setScoreboard(bool pinned, bool tabVisible, bool animates = true);
     void setFileActionError(const std::optional<QString>& error);
     void pauseIfShowing(const std::vector<MatchVideo>& matches);
     void forgetTrashed(const QSet<QString>& moviePaths);
@@ -219,6 +228,7 @@ class DashboardController : public QObject {
     bool hasAppeared_ = false;
     bool isScoreboardPinned_ = false;
     bool isTabScoreboardVisible_ = false;
+    bool scoreboardChangeAnimates_ = true;
     bool acceptsPlaybackKeys_ = false;
     bool isGuidePresented_ = false;
     std::optional<QString> fileActionError_;

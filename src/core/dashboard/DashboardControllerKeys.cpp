@@ -71,10 +71,10 @@ void DashboardController::setTabScoreboardPressed(bool pressed) {
     if (!playback_->hasPlayer()) return;
     // Tab going down closes a pinned scoreboard; otherwise the scoreboard shows while Tab is held.
     if (pressed && isScoreboardPinned_) {
-        setScoreboard(false, false);
+        setScoreboard(false, false, false);
         return;
     }
-    setScoreboard(isScoreboardPinned_, pressed);
+    setScoreboard(isScoreboardPinned_, pressed, false);
 }
 
 }  // namespace kestrum

@@ -233,6 +233,18 @@ QVariant MatchCardListModel::value(int row, const QString& roleName) const {
     return {};
 }
 
+QStringList MatchCardListModel::championIdentifiers() const {
+    QStringList identifiers;
+    QSet<QString> seen;
+    for (const Row& row : rows_) {
+        const QString identifier = card::championIdentifier(row.match);
+        if (identifier.isEmpty() || seen.contains(identifier)) continue;
+        seen.insert(identifier);
+        identifiers.append(identifier);
+    }
+    return identifiers;
+}
+
 std::vector<MatchCardListModel::Row> MatchCardListModel::buildRows() const {
     std::vector<Row> rows;
     QSet<QString> headers;

@@ -7,6 +7,7 @@
 #include <QAbstractListModel>
 #include <QHash>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <optional>
@@ -92,6 +93,9 @@ class MatchCardListModel : public QAbstractListModel {
     Q_INVOKABLE int rowOf(const QString& moviePath) const;
     // The value of a role by its name, for tests and for a view outside a delegate.
     Q_INVOKABLE QVariant value(int row, const QString& roleName) const;
+    // The champion portraits the cards need, each once, in the order of the cards: one prefetch through
+    // the art store (whose current version they all use).
+    Q_INVOKABLE QStringList championIdentifiers() const;
 
     // Builds the rows again from the library; called on every change of the displayed list.
     void rebuild();

@@ -48,7 +48,9 @@ TEST_F(DashboardControllerTest, TabShowsTheScoreboardWhileHeldWithShiftButNotWit
 TEST_F(DashboardControllerTest, TabClosesAPinnedScoreboardAndEscapeClosesBoth) {
     EXPECT_TRUE(h.controller().handleKey(Qt::Key_O, 0, QStringLiteral("o"), false, true, false));
     EXPECT_TRUE(h.controller().isScoreboardPinned());
+    EXPECT_TRUE(h.controller().scoreboardChangeAnimates()) << "O eases the scoreboard in";
     tab(true);
+    EXPECT_FALSE(h.controller().scoreboardChangeAnimates()) << "Tab acts at once";
     EXPECT_FALSE(h.controller().isScoreboardPinned());
     EXPECT_FALSE(h.controller().isTabScoreboardVisible()) << "Tab going down closed it";
     tab(false);

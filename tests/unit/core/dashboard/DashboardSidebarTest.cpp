@@ -136,6 +136,7 @@ TEST_F(DashboardSidebarTest, CardsAreGroupedInSessionsWithOneSectionEach) {
     EXPECT_EQ(cards().value(0, "kdaLine").toString(), QStringLiteral("–/–/–"));
     EXPECT_EQ(cards().value(0, "leadingSymbol").toString(), QStringLiteral("star.fill"));
     EXPECT_EQ(cards().value(0, "trailingActionName").toString(), QStringLiteral("Trailing swipe action"));
+    EXPECT_EQ(cards().championIdentifiers(), (QStringList{"Ahri", "Jinx", "Garen", "Lux"}));
 
     QSignalSpy resets(&cards(), &QAbstractItemModel::modelReset);
     QSignalSpy changes(&cards(), &QAbstractItemModel::dataChanged);
