@@ -161,10 +161,7 @@ void VideoPlayerSurfaceModel::setPlaying(bool playing) {
 }
 
 void VideoPlayerSurfaceModel::publishRates() {
-    std::vector<ReviewRowListModel::Row> rows;
-    for (const double rate : kPlaybackRates)
-        rows.push_back({rate, playbackRateLabel(rate), rate == playbackRate_});
-    speedRates_->setRows(std::move(rows));
+    speedRates_->setRows(playbackRateRows(playbackRate_));
 }
 
 }  // namespace kestrum
