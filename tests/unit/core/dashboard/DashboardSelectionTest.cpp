@@ -201,6 +201,24 @@ TEST(DashboardPreparedPlayers, TheSameRecordingChangedOnDiskGetsANewPlayer) {
     EXPECT_EQ(first.player->currentItemPath(), std::nullopt) << "cleared players are emptied";
 }
 
+TEST(DashboardSelectionOnDisk, SelectingARecordingAgainAfterItsFileChangedMakesANewPlayer) {
+    QTemporaryDir folder;
+    const MatchVideo a = recording(folder.filePath(QStringLiteral("a.mov")));
+    const MatchVideo b = recording(folder.filePath(QStringLiteral("b.mov")), 600);
+    ASSERT_TRUE(writeFileBytes(a.url, "first take") && writeFileBytes(b.url, "other game"));
+    DashboardHarness h(folder.path());
+    h.controller();
+    h.showLibrary({a, b});
+    h.select(b);
+    h.select(a);
+    EXPECT_EQ(h.factory.madeFor.count(a.url), 1) << "unchanged: the prepared player is taken again";
+    h.select(b);
+    ASSERT_TRUE(writeFileBytes(a.url, "a longer second take"));
+    h.select(a);
+    EXPECT_EQ(h.factory.madeFor.count(a.url), 2);
+    EXPECT_EQ(h.player()->currentItemPath(), a.url);
+}
+
 TEST_F(DashboardSelectionTest, AMovieThatCannotBeOpenedShowsAMessageInsteadOfLoadingForever) {
     h.loads.finishDetail(0, detailWith({}, 100));
     DashboardHarness::settle();
