@@ -267,10 +267,7 @@ void GameTimelineModel::publishFilters() {
 }
 
 void GameTimelineModel::publishPlaybackRates() {
-    std::vector<ReviewRowListModel::Row> rows;
-    for (const double rate : kPlaybackRates)
-        rows.push_back({rate, playbackRateLabel(rate), rate == playbackRate_});
-    playbackRates_->setRows(std::move(rows));
+    playbackRates_->setRows(playbackRateRows(playbackRate_));
 }
 
 void GameTimelineModel::publishHover() {

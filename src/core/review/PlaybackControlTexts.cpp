@@ -6,6 +6,13 @@ QString playbackRateLabel(double rate) {
     return QString::asprintf("%g", rate) + QStringLiteral("\u00D7");
 }
 
+std::vector<QList<QVariant>> playbackRateRows(double selectedRate) {
+    std::vector<QList<QVariant>> rows;
+    for (const double rate : kPlaybackRates)
+        rows.push_back({rate, playbackRateLabel(rate), rate == selectedRate});
+    return rows;
+}
+
 QString playButtonToolTip(bool isPlaying) {
     return isPlaying ? QStringLiteral("Pause (Space or P)") : QStringLiteral("Play (Space or P)");
 }

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <QList>
 #include <QString>
+#include <QVariant>
 
 #include <array>
+#include <vector>
 
 namespace kestrum {
 
@@ -14,6 +17,10 @@ inline constexpr double kPlaybackRateRowHeight = 26;
 
 // "%g×": "0.25×", "1×", "8×".
 QString playbackRateLabel(double rate);
+
+// The rows of a speed menu, one per entry of kPlaybackRates: the rate, its label, and whether it is
+// `selectedRate`.
+std::vector<QList<QVariant>> playbackRateRows(double selectedRate);
 
 // The play button: "Pause (Space or P)" with "pause.fill" while playing, "Play (Space or P)" with
 // "play.fill" otherwise.

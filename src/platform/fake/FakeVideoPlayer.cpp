@@ -35,6 +35,7 @@ void FakeVideoPlayer::replaceCurrentItem(const std::optional<QString>& moviePath
     positionSeconds_ = 0;
     forwardEndSeconds_.reset();
     itemPath_ = moviePath;
+    itemFailed_ = false;
     setReadyForDisplay(false);
     if (moviePath) becomeReadyLater();
 }
@@ -148,6 +149,15 @@ void FakeVideoPlayer::setTimeControlStatus(VideoPlayerTimeControlStatus status) 
     setStatus(status);
 }
 
+void FakeVideoPlayer::failCurrentItem(const QString& reason) {
+    if (!itemPath_ || itemFailed_) return;
+    itemFailed_ = true;
+    rate_ = 0;
+    setStatus(VideoPlayerTimeControlStatus::paused);
+    setReadyForDisplay(false);
+    post([reason](VideoPlayerListener& listener) { listener.playbackFailed(reason); });
+}
+
 void FakeVideoPlayer::startTicking(Clock& clock, Clock::Duration interval) {
     stopTicking();
     ticking_ = Job<void>::start([this, &clock, interval](CancellationToken token) -> QCoro::Task<void> {
@@ -178,7 +188,7 @@ void FakeVideoPlayer::playAt(double rate) {
         setStatus(VideoPlayerTimeControlStatus::paused);
         return;
     }
-    if (!itemPath_) return;
+    if (!itemPath_ || itemFailed_) return;
     if (positionSeconds_ >= endTime()) {
         post([](VideoPlayerListener& listener) { listener.didPlayToEndTime(); });
         return;
@@ -209,7 +219,7 @@ void FakeVideoPlayer::becomeReadyLater() {
     QMetaObject::invokeMethod(
         &noticeContext_,
         [this, path = itemPath_] {
-            if (itemPath_ != path || readyForDisplay_) return;
+            if (itemPath_ != path || readyForDisplay_ || itemFailed_) return;
             readyForDisplay_ = true;
             deliver([](VideoPlayerListener& listener) { listener.readyForDisplayChanged(true); });
         },

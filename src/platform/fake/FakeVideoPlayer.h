@@ -98,6 +98,9 @@ class FakeVideoPlayer final : public VideoPlayer {
     // Script: the readiness of the picture and a waiting status, each reported as a real player would.
     void setReadyForDisplay(bool ready);
     void setTimeControlStatus(VideoPlayerTimeControlStatus status);
+    // Script: the current item turns out not to play (a damaged movie). The player pauses, the picture is
+    // not ready, and playbackFailed(reason) is reported once per item; without an item it does nothing.
+    void failCurrentItem(const QString& reason);
 
     // Moves the playhead every `interval` of `clock` by the time that passed, until stopTicking or the
     // player's end. The clock must outlive the ticking.
@@ -134,6 +137,7 @@ class FakeVideoPlayer final : public VideoPlayer {
     double volume_ = 1;
     bool muted_ = false;
     bool readyForDisplay_ = false;
+    bool itemFailed_ = false;  // the current item was failed by the script: it never becomes ready
     VideoPlayerTimeControlStatus status_ = VideoPlayerTimeControlStatus::paused;
     std::optional<PendingSeek> pendingSeek_;
     std::uint64_t nextSeekID_ = 1;

@@ -49,6 +49,11 @@ class VideoPlayerListener {
 
     // The current item's picture became ready to show, or stopped being (a new item was set).
     virtual void readyForDisplayChanged(bool /*isReadyForDisplay*/) {}
+
+    // The current item cannot be played: its movie could not be opened or decoded (a damaged or truncated
+    // file, not a movie at all). Reported at most once per item; the player has paused and the item stays
+    // set but never becomes ready for display. `reason` is the engine's own short description, for logs.
+    virtual void playbackFailed(const QString& /*reason*/) {}
 };
 
 // The movie player of the review window: one movie (the current item) at a time, with play, pause, rate,
@@ -128,7 +133,9 @@ class VideoPlayer {
 };
 
 // Makes players. Main thread. The player starts paused at 0 with the movie at `moviePath` (absolute) as
-// its item, `defaultRate` 1, volume 1, not muted; a movie that cannot be opened leaves it with no item.
+// its item, `defaultRate` 1, volume 1, not muted. A movie that cannot be opened leaves it with no item
+// when the factory can tell at once (a missing file); a failure found later, while the engine opens or
+// decodes the file, is reported by playbackFailed.
 class VideoPlayerFactory {
   public:
     virtual ~VideoPlayerFactory() = default;

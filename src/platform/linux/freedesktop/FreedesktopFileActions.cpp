@@ -5,9 +5,11 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QStandardPaths>
 
 namespace kestrum {
 
@@ -27,6 +29,13 @@ FreedesktopFileActions::FreedesktopFileActions(UrlOpener openUrl)
     : openUrl_(openUrl ? std::move(openUrl) : UrlOpener(&openWithDesktop)) {}
 
 Status FreedesktopFileActions::moveToTrash(const QString& path) {
+    // Qt 6.4 moves the file into "files" under the working directory when it cannot establish the home
+    // trash (a plain file where the folder should be, no permission): refuse before it gets that far.
+    const QString homeTrash = homeTrashFolder();
+    if (!isUsableTrashFolder(homeTrash)) {
+        return Error{QStringLiteral("KestrumFileActionsErrorDomain"), 2,
+                     QStringLiteral("The Trash folder “%1” can’t be used.").arg(homeTrash), nullptr};
+    }
     QFile file(path);
     if (file.moveToTrash()) return Status::success();
     const QString reason = file.errorString().isEmpty()
@@ -49,6 +58,18 @@ void FreedesktopFileActions::copyText(const QString& text) {
     QClipboard* clipboard = QGuiApplication::clipboard();
     clipboard->clear();
     clipboard->setText(text);
+}
+
+QString FreedesktopFileActions::homeTrashFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Trash");
+}
+
+bool FreedesktopFileActions::isUsableTrashFolder(const QString& trashFolder) {
+    QDir trash(trashFolder);
+    for (const QString& sub : {QStringLiteral("files"), QStringLiteral("info")}) {
+        if (!trash.mkpath(sub) || !QFileInfo(trash.filePath(sub)).isDir()) return false;
+    }
+    return QFileInfo(trashFolder).isWritable();
 }
 
 bool FreedesktopFileActions::showItemsOnBus(const QString& path) {

@@ -10,7 +10,8 @@ namespace kestrum {
 
 // File actions on a freedesktop.org desktop:
 // - trash: the XDG trash through QFile::moveToTrash ($XDG_DATA_HOME/Trash for the home's file system,
-//   the volume's .Trash-<uid> elsewhere);
+//   the volume's .Trash-<uid> elsewhere); refused, with the file left in place, while the home trash
+//   cannot be used, which is where Qt would otherwise fall back to the working directory;
 // - open: the desktop's default application (QDesktopServices, i.e. the platform's URL handler);
 // - reveal: org.freedesktop.FileManager1.ShowItems on the session bus, which file managers (Nautilus,
 //   Dolphin, Nemo, Thunar...) answer by showing the item selected; with no such service, or no bus,
@@ -35,9 +36,14 @@ class FreedesktopFileActions final : public FileActions {
     bool reveal(const QString& path) override;
     void copyText(const QString& text) override;
 
+    // $XDG_DATA_HOME/Trash, the trash of the home's file system.
+    static QString homeTrashFolder();
+
   private:
     // True when a file manager on the session bus took the request.
     static bool showItemsOnBus(const QString& path);
+    // Whether the trash folder is a writable folder with its "files" and "info" folders (made if missing).
+    static bool isUsableTrashFolder(const QString& trashFolder);
 
     UrlOpener openUrl_;
 };

@@ -23,6 +23,9 @@ class RecordingListener final : public VideoPlayerListener {
     }
     void didPlayToEndTime() override { notices.push_back("end"); }
     void readyForDisplayChanged(bool ready) override { notices.push_back(ready ? "ready" : "not ready"); }
+    void playbackFailed(const QString& reason) override {
+        notices.push_back("failed " + reason.toStdString());
+    }
 
     std::vector<std::string> notices;
 };
@@ -143,6 +146,28 @@ TEST_F(FakeVideoPlayerTest, RecordsEveryCallInOrder) {
     EXPECT_EQ(player.volume(), 1) << "clamped to the movie's own level";
     EXPECT_EQ(player.calls()[1].value, 1);
     EXPECT_TRUE(std::isnan(player.calls()[2].value));
+}
+
+TEST_F(FakeVideoPlayerTest, AFailedItemPausesNeverBecomesReadyAndSaysSoOncePerItem) {
+    player.play();
+    player.failCurrentItem(QStringLiteral("moov atom not found"));
+    player.failCurrentItem(QStringLiteral("again"));
+    EXPECT_EQ(player.timeControlStatus(), Status::paused);
+    player.play();
+    EXPECT_EQ(player.timeControlStatus(), Status::paused) << "a failed item does not play";
+    QCoreApplication::processEvents();
+    EXPECT_EQ(listener.notices,
+              (std::vector<std::string>{"status 2", "status 0", "not ready", "failed moov atom not found"}));
+    EXPECT_FALSE(player.isReadyForDisplay());
+
+    listener.notices.clear();
+    player.replaceCurrentItem(QStringLiteral("/movies/other.mov"));  // a new item starts afresh
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(player.isReadyForDisplay());
+    player.replaceCurrentItem(std::nullopt);
+    player.failCurrentItem(QStringLiteral("no item"));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(listener.notices, (std::vector<std::string>{"ready", "not ready"}));
 }
 
 }  // namespace

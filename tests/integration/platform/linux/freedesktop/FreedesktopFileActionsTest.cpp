@@ -6,6 +6,7 @@
 
 #include <QClipboard>
 #include <QDBusConnection>
+#include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QProcess>
@@ -36,6 +37,25 @@ TEST(FreedesktopFileActions, TrashMovesFilesIntoTheHomeTrashAndReportsWhatStays)
         EXPECT_EQ(readFileBytes(inTrash), row.exists ? QByteArray("movie bytes") : QByteArray());
         EXPECT_FALSE(QFile::exists(path));
     }
+}
+
+// A plain file where the home trash's folder goes: the move is refused and the file stays where it was
+// (Qt alone would have moved it under the working directory).
+TEST(FreedesktopFileActions, AnUnusableHomeTrashRefusesAndLeavesTheFile) {
+    const QString trash = FreedesktopFileActions::homeTrashFolder();
+    const QString aside = trash + QStringLiteral(".aside");
+    QDir().rename(trash, aside);
+    ASSERT_TRUE(writeFileBytes(trash, "in the way"));
+    const QString path = testHomeDirectory() + QStringLiteral("/blocked.mov");
+    ASSERT_TRUE(writeFileBytes(path, "movie bytes"));
+    FreedesktopFileActions actions([](const QUrl&) { return false; });
+    const Status trashed = actions.moveToTrash(path);
+    QFile::remove(trash);
+    QDir().rename(aside, trash);
+    ASSERT_FALSE(trashed.ok());
+    EXPECT_TRUE(trashed.error().description.contains(trash)) << trashed.error().description.toStdString();
+    EXPECT_EQ(readFileBytes(path), QByteArray("movie bytes"));
+    EXPECT_FALSE(QFile::exists(QDir::current().filePath(QStringLiteral("files/blocked.mov"))));
 }
 
 TEST(FreedesktopFileActions, CopyTextReplacesTheClipboard) {

@@ -1,0 +1,147 @@
+// The review window's sidebar on a library of 1,000 recordings: the card list built again after a filter
+// change, every role of the dozen cards a window shows, a move of the selection with the Down key (the
+// selection's jobs included), and one frame of a swipe. Prints `figure <name> <value> <unit>` lines,
+// medians of repeated runs; asserts nothing.
+#include "BenchTiming.h"
+#include "base/async/ManualClock.h"
+#include "core/dashboard/DashboardController.h"
+#include "platform/fake/FakeFileActions.h"
+#include "platform/fake/FakeVideoPlayer.h"
+
+#include <QCoreApplication>
+#include <QCoroTask>
+#include <QPromise>
+#include <QTemporaryDir>
+
+#include <array>
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+using namespace kestrum;
+using bench::medianMilliseconds;
+
+constexpr int kRecordings = 1000;
+constexpr int kVisibleCards = 12;
+constexpr int kRuns = 15;
+
+void printFigure(const char* name, double value, const char* unit) {
+    std::printf("figure %s %.3f %s\n", name, value, unit);
+}
+
+class Players final : public VideoPlayerFactory {
+  public:
+    std::unique_ptr<VideoPlayer> makePlayer(const QString& moviePath) override {
+        return std::make_unique<FakeVideoPlayer>(moviePath, 1800);
+    }
+};
+
+// A library as a player builds it over months: four games an evening, varied modes, lanes and champions.
+std::vector<MatchVideo> library() {
+    const std::array<const char*, 4> modes{"CLASSIC", "ARAM", "CHERRY", "CLASSIC"};
+    const std::array<const char*, 5> lanes{"TOP", "JUNGLE", "MIDDLE", "BOTTOM", "UTILITY"};
+    const std::array<const char*, 7> champions{"Ahri", "Lux", "Garen", "Jinx", "Thresh", "LeeSin", "Kaisa"};
+    const QDateTime newest(QDate(2026, 3, 14), QTime(23, 0));
+    std::vector<MatchVideo> matches;
+    for (int i = 0; i < kRecordings; ++i) {
+        MatchVideo match;
+        match.url = QStringLiteral("/recordings/game-%1.mov").arg(i);
+        match.date = ReferenceDate::fromDateTime(newest.addSecs(-(i / 4) * 86'400 - (i % 4) * 2'400));
+        match.gameMode = modes[i % modes.size()];
+        match.role = lanes[i % lanes.size()];
+        match.champion = champions[i % champions.size()];
+        match.mapID = i % 4 == 1 ? 12 : 11;
+        match.finalKills = i % 13;
+        match.finalDeaths = i % 7;
+        match.finalAssists = i % 17;
+        match.didWin = i % 2 == 0;
+        matches.push_back(match);
+    }
+    return matches;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    QTemporaryDir home;
+    UserDefaults defaults(home.filePath(QStringLiteral("defaults.json")));
+    ManualClock clock;
+    Players players;
+    FakeFileActions files;
+    NotificationCenter notifications;
+    const std::vector<MatchVideo> matches = library();
+    RecordingLibraryModel model(defaults, std::nullopt, [&](const QString&) {
+        QPromise<Result<std::vector<MatchVideo>>> promise;
+        promise.start();
+        promise.addResult(matches);
+        promise.finish();
+        return promise.future();
+    });
+    DashboardRecordingLoads loads{[](const MatchVideo&) {
+                                      QPromise<std::shared_ptr<const RecordingDetail>> promise;
+                                      promise.start();
+                                      promise.addResult(std::make_shared<RecordingDetail>());
+                                      promise.finish();
+                                      return promise.future();
+                                  },
+                                  [](const MatchVideo&) {
+                                      QPromise<std::optional<QImage>> promise;
+                                      promise.start();
+                                      promise.addResult(std::optional<QImage>());
+                                      promise.finish();
+                                      return promise.future();
+                                  }};
+    DashboardController controller({defaults, clock, players, files, notifications}, model, loads,
+                                   QStringLiteral("/recordings"));
+    QCoro::waitFor(model.refresh(QStringLiteral("/recordings")));
+    const auto settle = [] {
+        for (int turn = 0; turn < 4; ++turn) QCoreApplication::processEvents();
+    };
+    settle();
+    MatchCardListModel& cards = *controller.sidebar()->cards();
+
+    bool filtered = false;
+    printFigure("dashboard.cards.rebuild_1000",
+                medianMilliseconds(kRuns,
+                                   [&] {
+                                       filtered = !filtered;
+                                       model.setSelectedGameModeFilter(
+                                           filtered ? std::optional<std::string>("CLASSIC") : std::nullopt);
+                                   }),
+                "ms");
+    model.setSelectedGameModeFilter(std::nullopt);
+
+    const QList<int> roles = cards.roleNames().keys();
+    printFigure("dashboard.cards.visible_rows_all_roles",
+                medianMilliseconds(kRuns,
+                                   [&] {
+                                       for (int row = 0; row < kVisibleCards; ++row) {
+                                           for (const int role : roles)
+                                               (void)cards.data(cards.index(row), role);
+                                       }
+                                   }) *
+                    1000.0,
+                "us");
+
+    printFigure("dashboard.sidebar.move_down",
+                medianMilliseconds(
+                    kRuns, [&] { controller.handleKey(Qt::Key_Down, 0, {}, false, true, true); }, settle) *
+                    1000.0,
+                "us");
+
+    const int row = cards.rowOf(model.selectedMatch()->url);
+    controller.sidebar()->pressCard(row, 200, 20);
+    double x = 200;
+    printFigure("dashboard.swipe.drag_frame",
+                medianMilliseconds(kRuns,
+                                   [&] {
+                                       x -= 1;
+                                       controller.sidebar()->dragCard(row, x, 20);
+                                   }) *
+                    1000.0,
+                "us");
+    controller.sidebar()->cancelSwipe(row);
+    return 0;
+}

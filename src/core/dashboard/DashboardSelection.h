@@ -1,0 +1,138 @@
+#pragma once
+
+#include "base/async/Job.h"
+#include "core/dashboard/DashboardPlayback.h"
+#include "core/dashboard/DashboardPreparedPlayers.h"
+#include "core/dashboard/DashboardRecordingLoads.h"
+#include "core/library/RecordingLibraryModel.h"
+#include "core/review/GameTimelineModel.h"
+#include "core/review/RecordingScoreboardModel.h"
+#include "core/settings/UserDefaults.h"
+
+#include <QImage>
+#include <QObject>
+#include <QSet>
+#include <QString>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace kestrum {
+
+// What the movie area shows.
+enum class DashboardMovieState : std::uint8_t {
+    none,     // no selection: "No Match Selected"
+    loading,  // "Loading Video..." over the thumbnail, until the recording is loaded and its picture ready
+    ready,    // the player
+    damaged,  // the movie cannot be opened: a message in place of the player
+};
+
+// The selection of the review window and the jobs it starts. Every change of the library's selected
+// recording raises `selectionGeneration` and starts, for the new recording: a thumbnail job, a player job
+// (which yields once so the selection shows first, then takes a prepared player or makes one, applies the
+// stored volume and mute, resets the speed, and starts the detail job), and a focus job. The detail job
+// loads the recording's detail, hands it to the timeline and the scoreboard, seeks exactly to one second
+// before "GameStart" (0 without one), starts playing if the selection asked for it and the user still
+// wants it, ends the loading, and prunes the prepared players to the selection and its neighbours.
+//
+// The race rule: a job may touch state only if it is not cancelled, the generation it captured is still
+// `selectionGeneration`, and the library still has its recording selected (by movie path). The test is
+// made after every await; a job that fails it ends silently. A newer selection cancels the older player
+// and detail jobs outright.
+//
+// A player whose movie cannot be opened (the factory's player has no item, or the player reports a
+// failure) puts the movie area in the damaged state instead of loading forever, and marks the recording
+// so its card can say so.
+//
+// Threads: the main thread; every job runs there. The library, playback, timeline, scoreboard and store
+// must outlive this; destroying it cancels its jobs.
+class DashboardSelection : public QObject {
+    Q_OBJECT
+
+  public:
+    struct Collaborators {
+        RecordingLibraryModel& library;
+        DashboardPlayback& playback;
+        GameTimelineModel& timeline;
+        RecordingScoreboardModel& scoreboard;
+        UserDefaults& defaults;
+        VideoPlayerFactory& playerFactory;
+    };
+
+    DashboardSelection(Collaborators collaborators, DashboardRecordingLoads loads, QObject* parent = nullptr);
+    ~DashboardSelection() override;
+
+    std::uint64_t selectionGeneration() const { return selectionGeneration_; }
+    // Set by a click that should start playing, before it selects; used once by the next change.
+    void requestAutoplay(const QString& moviePath) { autoplayRequestedMatchID_ = moviePath; }
+    void clearAutoplayRequest() { autoplayRequestedMatchID_.reset(); }
+    const std::optional<QString>& autoplayRequestedMatchID() const { return autoplayRequestedMatchID_; }
+
+    const std::optional<QImage>& recordingThumbnail() const { return recordingThumbnail_; }
+    // Changes with every new thumbnail, so a view that shows images by name reloads.
+    quint64 thumbnailSerial() const { return thumbnailSerial_; }
+    DashboardMovieState movieState() const;
+    bool isVideoReady() const { return isVideoReady_; }
+    // Recordings whose movie could not be opened in this window.
+    bool isDamaged(const QString& moviePath) const { return damagedMoviePaths_.contains(moviePath); }
+
+    DashboardPreparedPlayers& preparedPlayers() { return preparedPlayers_; }
+
+    // The window goes: the jobs stop, the player pauses, every prepared player is emptied.
+    void stop();
+    // The window shows again: a recording still selected gets its movie back.
+    void resume();
+
+  signals:
+    void thumbnailChanged();
+    void movieStateChanged();
+    // The selection changed: the scoreboard closes.
+    void selectionDidChange();
+    // Keyboard focus belongs to the playback surface now.
+    void playbackFocusRequested();
+    void recordingDamaged(const QString& moviePath);
+
+  private:
+    class PlayerWatch;
+
+    void handleSelectionChange();
+    void clearSelection();
+    void clearRecordingDetail();
+    bool isCurrent(std::uint64_t generation, const CancellationToken& token, const MatchVideo& match) const;
+    void startThumbnailJob(std::uint64_t generation, const MatchVideo& match);
+    void startFocusJob();
+    Job<void> startPlayerJob(std::uint64_t generation, const MatchVideo& match, bool autoplay);
+    Job<void> startDetailJob(std::uint64_t generation, const MatchVideo& match, bool autoplay,
+                             std::shared_ptr<VideoPlayer> player);
+    void adoptPlayer(const std::shared_ptr<VideoPlayer>& player, const MatchVideo& match);
+    void applyDetail(const std::shared_ptr<const RecordingDetail>& detail, const MatchVideo& match);
+    void setThumbnail(std::optional<QImage> image);
+    void setVideoReady(bool ready);
+    void markDamaged(const QString& moviePath);
+    void cancelJobs();
+
+    Collaborators c_;
+    DashboardRecordingLoads loads_;
+    DashboardPreparedPlayers preparedPlayers_;
+    std::unique_ptr<PlayerWatch> watch_;
+    // All main thread.
+    std::uint64_t selectionGeneration_ = 0;
+    std::optional<QString> autoplayRequestedMatchID_;
+    std::optional<QImage> recordingThumbnail_;
+    quint64 thumbnailSerial_ = 0;
+    bool isVideoReady_ = false;
+    bool isMovieDamaged_ = false;
+    QSet<QString> damagedMoviePaths_;
+    std::optional<Job<void>> playerSetupTask_;
+    std::optional<Job<void>> detailLoadingTask_;
+    // The thumbnail and focus jobs: kept only to be cancelled when this goes.
+    std::vector<Job<void>> untrackedJobs_;
+};
+
+// The time a recording opens at: one second before its first "GameStart" event, not below 0; 0 without
+// such an event, so a recording opens just before the game begins, not at the loading screen.
+double recordingStartTime(const RecordingDetail& detail);
+
+}  // namespace kestrum
