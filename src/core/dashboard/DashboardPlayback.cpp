@@ -73,7 +73,7 @@ void DashboardPlayback::togglePlayback() {
     // At the end, play restarts from the movie's start, not from the game's.
     if (videoDuration_ > 0 && currentTime_ >= videoDuration_) {
         setCurrentTime(0);
-        player_->seek(0, VideoSeekTolerance::anyKeyFrame());
+        player_->seek(0, VideoSeekTolerance::exact());
     }
     // While loading, the detail job starts the player once the recording is ready.
     if (!isLoadingRecording_) player_->playImmediatelyAtRate(playbackRate_);
@@ -84,8 +84,9 @@ void DashboardPlayback::skip(double seconds) {
     if (!player_ || !(videoDuration_ > 0)) return;
     const double target = std::clamp(currentTime_ + seconds, 0.0, videoDuration_);
     setCurrentTime(target);
-    // A plain seek, which may land on a nearby key frame: quick steps matter more than the exact frame.
-    player_->seek(target, VideoSeekTolerance::anyKeyFrame());
+    // Exact: a key-frame seek may land a whole key-frame interval (2 s) away, and the position poll would
+    // then move the playhead back from the time the user asked for.
+    player_->seek(target, VideoSeekTolerance::exact());
     showPlaybackFeedback(DashboardTexts::skipped(seconds));
 }
 

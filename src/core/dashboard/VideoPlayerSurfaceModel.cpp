@@ -107,7 +107,7 @@ void VideoPlayerSurfaceModel::seek(double seconds) {
     if (!std::isfinite(duration) || !(duration > 0) || std::isnan(seconds)) return;
     const double target = std::clamp(seconds, 0.0, duration);
     playback_.setCurrentTime(target);
-    if (VideoPlayer* player = playback_.player()) player->seek(target, VideoSeekTolerance::anyKeyFrame());
+    if (VideoPlayer* player = playback_.player()) player->seek(target, VideoSeekTolerance::exact());
     emit seeked(target);
 }
 
@@ -122,7 +122,7 @@ void VideoPlayerSurfaceModel::togglePlayPause() {
     const double duration = playback_.videoDuration();
     if (duration > 0 && playback_.currentTime() >= duration) {
         playback_.setCurrentTime(0);
-        player->seek(0, VideoSeekTolerance::anyKeyFrame());
+        player->seek(0, VideoSeekTolerance::exact());
     }
     player->play();
     emit playingChanged(true);
