@@ -19,6 +19,10 @@ void ScoreboardHoverState::leave() {
     setHovered(std::nullopt);
 }
 
+void ScoreboardHoverState::leave(const QString& playerID) {
+    if (pendingHoverPlayerID_ == playerID || hoveredPlayerID_ == playerID) leave();
+}
+
 void ScoreboardHoverState::markCopied(const QString& playerID) {
     const bool changes = copiedPlayerID_ != playerID;
     copiedPlayerID_ = playerID;
