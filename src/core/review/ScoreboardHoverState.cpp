@@ -20,7 +20,8 @@ void ScoreboardHoverState::leave() {
 }
 
 void ScoreboardHoverState::leave(const QString& playerID) {
-    if (pendingHoverPlayerID_ == playerID || hoveredPlayerID_ == playerID) leave();
+    if (pendingHoverPlayerID_ == playerID) pendingHoverPlayerID_.reset();
+    if (hoveredPlayerID_ == playerID) setHovered(std::nullopt);
 }
 
 void ScoreboardHoverState::markCopied(const QString& playerID) {

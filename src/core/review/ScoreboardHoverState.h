@@ -27,8 +27,8 @@ class ScoreboardHoverState {
 
     void enter(const QString& playerID);
     void leave();
-    // The pointer left the row of `playerID`: clears the state only when it is that row's, since the
-    // pointer may reach the next row before it is told it left this one.
+    // The pointer left the row of `playerID`: clears the pending and the hovered player only where they
+    // are that row's, since the pointer may reach the next row before it is told it left this one.
     void leave(const QString& playerID);
     void markCopied(const QString& playerID);
 

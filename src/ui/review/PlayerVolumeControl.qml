@@ -17,6 +17,7 @@ Row {
     TimelineControlButton {
         id: mute
 
+        objectName: "muteButton"
         anchors.verticalCenter: parent.verticalCenter
         symbolName: control.volume.symbolName
         toolTip: control.volume.muteToolTip
