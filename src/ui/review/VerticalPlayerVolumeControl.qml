@@ -12,7 +12,7 @@ Column {
     property real sliderHeight: 120
 
     spacing: Style.spacingS
-    width: Math.max(label.implicitWidth, 44)
+    width: Math.max(label.implicitWidth, 56)
 
     Text {
         id: label
