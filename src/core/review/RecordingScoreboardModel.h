@@ -68,6 +68,7 @@ class RecordingScoreboardModel : public QObject {
     Q_PROPERTY(QString redTeamTitle READ redTeamTitle CONSTANT)
     Q_PROPERTY(QString kdaTitle READ kdaTitle CONSTANT)
     Q_PROPERTY(QString itemsTitle READ itemsTitle CONSTANT)
+    Q_PROPERTY(QString creepScoreTitle READ creepScoreTitle CONSTANT)
     Q_PROPERTY(QString roleTitle READ roleTitle CONSTANT)
     Q_PROPERTY(QString copySymbolName READ copySymbolName CONSTANT)
     Q_PROPERTY(QString hoveredPlayerID READ hoveredPlayerID NOTIFY hoverChanged)
@@ -114,6 +115,8 @@ class RecordingScoreboardModel : public QObject {
     QString redTeamTitle() const { return QStringLiteral("RED TEAM"); }
     QString kdaTitle() const { return QStringLiteral("K / D / A"); }
     QString itemsTitle() const { return QStringLiteral("ITEMS"); }
+    // The farm column's title, beside the four the scoreboard names.
+    QString creepScoreTitle() const { return QStringLiteral("CS"); }
     QString roleTitle() const { return QStringLiteral("Role"); }
     QString copySymbolName() const { return QStringLiteral("doc.on.doc"); }
     QString hoveredPlayerID() const { return hover_.hoveredPlayerID().value_or(QString()); }

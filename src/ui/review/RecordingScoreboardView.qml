@@ -65,6 +65,14 @@ KestrumCardModifier {
                 }
 
                 ScoreboardColumnHeader {
+                    x: kdaTitle.x + kdaTitle.width
+                    width: board.creepScoreColumnWidth
+                    height: parent.height
+                    alignment: Text.AlignHCenter
+                    title: board.model.creepScoreTitle
+                }
+
+                ScoreboardColumnHeader {
                     x: side.width - board.rowHorizontalPadding - board.itemsColumnWidth
                     width: board.itemsColumnWidth
                     height: parent.height

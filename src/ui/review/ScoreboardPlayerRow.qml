@@ -57,9 +57,17 @@ Item {
 
         DataDragonImage {
             anchors.fill: parent
-            opacity: row.isDead ? 0.35 : 1
             kind: DataDragonPicture.Champion
             identifier: row.championIdentifier
+        }
+
+        // While dead: the portrait under a veil of the panel's ground, the seconds to the respawn over it.
+        Rectangle {
+            anchors.fill: parent
+            visible: row.isDead
+            radius: Style.radiusSmall
+            color: Style.surface
+            opacity: 0.72
         }
 
         Text {
@@ -222,12 +230,11 @@ Item {
         Repeater {
             model: row.itemIDs
 
-            delegate: DataDragonImage {
+            delegate: ScoreboardItemSlot {
                 required property var modelData
 
                 width: row.itemSide
                 height: row.itemSide
-                kind: DataDragonPicture.Item
                 identifier: modelData > 0 ? String(modelData) : ""
             }
         }

@@ -59,7 +59,7 @@ Row {
                 width: 22
                 height: 22
                 radius: Style.radiusSmall
-                color: slot.isFilled ? "transparent" : Style.surfaceSunken
+                color: slot.isFilled ? "transparent" : Style.surfaceHovered
                 border.color: slot.isFilled ? "transparent" : Style.border
                 border.width: Style.hairline
 
