@@ -50,7 +50,7 @@ GalleryCatalog::GalleryCatalog(const GalleryOptions& options, std::optional<Reco
     champions_ = kBuiltInChampions;
     items_ = kBuiltInItems;
     spells_ = kSpells;
-    if (document) {
+    if (document) {  // the document given, or the built-in long game
         const QString source = options.documentPath ? QFileInfo(*options.documentPath).fileName()
                                                     : QStringLiteral("The built-in long game");
         sourceLine_ = QStringLiteral("%1: %2 events, %3 scoreboard snapshots")

@@ -8,6 +8,9 @@ import Kestrum.Gallery
 Item {
     id: page
 
+    // The panels appear with something to show: the store's version first, as the review window does.
+    Component.onCompleted: DataDragonAssets.refreshVersion()
+
     // Stands in for the movie's picture, which has no appearance of its own: a dark frame in both.
     Rectangle {
         id: movie
