@@ -7,6 +7,7 @@
 // Medians of repeated runs; asserts nothing.
 #include "BenchTiming.h"
 #include "SyntheticGame.h"
+#include "SyntheticRecordingDetail.h"
 #include "base/async/ManualClock.h"
 #include "core/review/GameTimelineModel.h"
 #include "ui/review/TimelineTrackPainter.h"
@@ -29,15 +30,6 @@ constexpr int kRuns = 60;
 
 void figure(const char* name, double value, const char* unit) {
     std::printf("figure %s %.3f %s\n", name, value, unit);
-}
-
-std::shared_ptr<const RecordingDetail> detailOf(const synthetic::SyntheticGame& game) {
-    auto detail = std::make_shared<RecordingDetail>();
-    detail->events = game.document.events;
-    detail->scoreboard = game.document.scoreboard.value_or(std::vector<RecordingScoreboardSnapshot>{});
-    detail->matchData = game.document.matchData;
-    detail->duration = game.movieDurationSeconds;
-    return detail;
 }
 
 // One paint of `scene` into a cleared image of the track's size at the scene's ratio.
@@ -64,7 +56,7 @@ int main(int argc, char** argv) {
     UserDefaults defaults(profile.filePath(QStringLiteral("defaults.json")));
     ManualClock clock;
     GameTimelineModel timeline(defaults, clock);
-    timeline.setRecording(detailOf(synthetic::makeSyntheticGame()));
+    timeline.setRecording(synthetic::recordingDetailOf(synthetic::makeSyntheticGame()));
     timeline.toggleFilter(4);  // "Blue Team"
     timeline.toggleFilter(5);  // "Red Team"
 

@@ -9,6 +9,7 @@
 #include "GalleryOptions.h"
 #include "GalleryPanels.h"
 #include "SyntheticGame.h"
+#include "SyntheticRecordingDetail.h"
 #include "core/settings/SettingsKeys.h"
 #include "core/settings/UserDefaults.h"
 #include "core/telemetry/SessionDocumentCodec.h"
@@ -88,16 +89,6 @@ double documentDurationSeconds(const kestrum::RecordingSessionData& document) {
     return last + kTailSeconds;
 }
 
-std::shared_ptr<const kestrum::RecordingDetail> detailOf(const kestrum::RecordingSessionData& document,
-                                                         double durationSeconds) {
-    auto detail = std::make_shared<kestrum::RecordingDetail>();
-    detail->events = document.events;
-    detail->scoreboard = document.scoreboard.value_or(std::vector<kestrum::RecordingScoreboardSnapshot>{});
-    detail->matchData = document.matchData;
-    detail->duration = durationSeconds;
-    return detail;
-}
-
 // Grabs the window once drawn and settled, writes the PNG and ends the event loop with the status.
 void takeScreenshot(QQuickWindow& window, const QString& path, const GalleryPanels& panels) {
     auto* screenshot = new kestrum::ui::WindowScreenshot(
@@ -156,7 +147,8 @@ int main(int argc, char** argv) {
         localPlayer = {game.localChampionIdentifier, game.localPosition};
         document = std::move(game.document);
     }
-    const std::shared_ptr<const kestrum::RecordingDetail> recording = detailOf(*document, durationSeconds);
+    const std::shared_ptr<const kestrum::RecordingDetail> recording =
+        kestrum::synthetic::recordingDetailOf(*document, durationSeconds);
     QTemporaryDir home(QDir::tempPath() + QStringLiteral("/kestrum-ui-gallery-XXXXXX"));
     if (!home.isValid()) return fail(QStringLiteral("cannot make a private profile folder"), 1);
     usePrivateProfile(home);
