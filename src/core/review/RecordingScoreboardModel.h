@@ -34,9 +34,9 @@ namespace kestrum {
 // with rows whose "exists" is false. Roles: see scoreboardRowRoleNames (ScoreboardRowValues.h).
 // Team headers: see ScoreboardTeamHeader.
 //
-// A row is entered and left by `enterRow(playerID)` and `leaveRow()` (or `leaveRowOf(playerID)`, which
-// leaves only that row's hover alone when the pointer is already on the next); the hover shows after
-// 0.12 seconds.
+// A row is entered and left by `enterRow(playerID)` and `leaveRow()`; the hover shows after 0.12 seconds.
+// `leaveRowOf(playerID)` clears only that row's pending or shown hover: the pointer may reach the next
+// row before the view tells that it left this one.
 // `copyRiotId(playerID)` copies the row's Riot ID through the file actions, emits `riotIdCopied(text)`
 // (the review window shows its toast) and marks the row copied for 1.2 seconds.
 //
