@@ -5,6 +5,7 @@
 // repeated runs; asserts nothing.
 #include "BenchTiming.h"
 #include "SyntheticGame.h"
+#include "SyntheticRecordingDetail.h"
 #include "base/async/ManualClock.h"
 #include "core/review/GameTimelineModel.h"
 #include "core/review/RecordingScoreboardModel.h"
@@ -33,15 +34,6 @@ constexpr int kUpdatesPerRun = 2'000;
 
 void printFigure(const char* name, double value, const char* unit) {
     std::printf("figure %s %.3f %s\n", name, value, unit);
-}
-
-std::shared_ptr<const RecordingDetail> detailOf(const synthetic::SyntheticGame& game) {
-    auto detail = std::make_shared<RecordingDetail>();
-    detail->events = game.document.events;
-    detail->scoreboard = game.document.scoreboard.value_or(std::vector<RecordingScoreboardSnapshot>{});
-    detail->matchData = game.document.matchData;
-    detail->duration = game.movieDurationSeconds;
-    return detail;
 }
 
 // Pointer positions swept along the track and the three rows, the same in every run.
@@ -86,7 +78,7 @@ void benchmarkPanels(UserDefaults& defaults, Clock& clock) {
     synthetic::SyntheticGameOptions options;
     options.gameSeconds = 3599;  // 3,600 snapshots, one a second
     const synthetic::SyntheticGame game = synthetic::makeSyntheticGame(options);
-    const std::shared_ptr<const RecordingDetail> detail = detailOf(game);
+    const std::shared_ptr<const RecordingDetail> detail = synthetic::recordingDetailOf(game);
     std::fprintf(stderr, "panels over %zu snapshots and %zu events\n", detail->scoreboard.size(),
                  detail->events.size());
 
@@ -128,7 +120,8 @@ int main(int argc, char** argv) {
     QTemporaryDir profile;
     UserDefaults defaults(profile.filePath(QStringLiteral("defaults.json")));
     ManualClock clock;
-    const std::shared_ptr<const RecordingDetail> detail = detailOf(synthetic::makeSyntheticGame());
+    const std::shared_ptr<const RecordingDetail> detail =
+        synthetic::recordingDetailOf(synthetic::makeSyntheticGame());
     benchmarkHitSearch(*detail);
     benchmarkTimelineHover(detail, defaults, clock);
     benchmarkPanels(defaults, clock);

@@ -50,17 +50,21 @@ GalleryCatalog::GalleryCatalog(const GalleryOptions& options, std::optional<Reco
     champions_ = kBuiltInChampions;
     items_ = kBuiltInItems;
     spells_ = kSpells;
-    if (document && options.documentPath) {
+    if (document) {  // the document given, or the built-in long game
+        const QString source = options.documentPath ? QFileInfo(*options.documentPath).fileName()
+                                                    : QStringLiteral("The built-in long game");
         sourceLine_ = QStringLiteral("%1: %2 events, %3 scoreboard snapshots")
-                          .arg(QFileInfo(*options.documentPath).fileName())
+                          .arg(source)
                           .arg(document->events.size())
                           .arg(document->scoreboard ? document->scoreboard->size() : 0);
         takeIdentifiers(*document);
     } else {
         sourceLine_ = QStringLiteral("Built-in identifiers");
     }
-    const QString at = options.atSeconds ? QStringLiteral(" at %1 s").arg(*options.atSeconds) : QString();
-    panelLine_ = QStringLiteral("Panels asked for: %1%2 (not built yet)").arg(panelWords(options.panel), at);
+    const QString at = options.atSeconds ? QStringLiteral("%1 s").arg(*options.atSeconds) : QString();
+    panelLine_ =
+        QStringLiteral("Panels: %1, from %2")
+            .arg(panelWords(options.panel), at.isEmpty() ? QStringLiteral("the game's start") : at.trimmed());
     artHostLine_ = options.artHost ? QStringLiteral("Art host: ") + options.artHost->toString()
                                    : QStringLiteral("Art host: the setting's default");
 }

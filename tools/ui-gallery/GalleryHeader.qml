@@ -33,7 +33,7 @@ Rectangle {
             spacing: Style.spacingXS
 
             Repeater {
-                model: ["Style", "Icons", "Art", "Game art"]
+                model: ["Review panels", "Style", "Icons", "Art", "Game art"]
 
                 delegate: Rectangle {
                     id: tab

@@ -26,12 +26,26 @@ constexpr std::array<std::pair<const char*, GalleryOptions::Panel>, 3> kPanels{{
     {"all", GalleryOptions::Panel::all},
 }};
 constexpr std::array<std::pair<const char*, bool>, 2> kAppearances{{{"light", false}, {"dark", true}}};
-constexpr std::array<std::pair<const char*, GalleryOptions::Page>, 4> kPages{{
+constexpr std::array<std::pair<const char*, GalleryOptions::Page>, 5> kPages{{
+    {"panels", GalleryOptions::Page::panels},
     {"style", GalleryOptions::Page::style},
     {"icons", GalleryOptions::Page::icons},
     {"art", GalleryOptions::Page::art},
     {"images", GalleryOptions::Page::images},
 }};
+constexpr std::array<std::pair<const char*, GalleryOptions::PopUp>, 3> kPopUps{{
+    {"filters", GalleryOptions::PopUp::filters},
+    {"speed", GalleryOptions::PopUp::speed},
+    {"volume", GalleryOptions::PopUp::volume},
+}};
+
+// Seconds of movie time: a finite number, 0 or more.
+std::optional<double> parseSeconds(const QString& text) {
+    bool ok = false;
+    const double seconds = text.toDouble(&ok);
+    if (!ok || !std::isfinite(seconds) || seconds < 0) return std::nullopt;
+    return seconds;
+}
 
 std::optional<QSize> parseSize(const QString& text) {
     static const QRegularExpression form(QStringLiteral("^(\\d{1,5})x(\\d{1,5})$"));
@@ -57,7 +71,11 @@ void addOptions(QCommandLineParser& parser) {
         {QStringLiteral("screenshot"), QStringLiteral("Write a PNG of the window once drawn, then exit."),
          QStringLiteral("file")},
         {QStringLiteral("size"), QStringLiteral("Window size (default 1280x800)."), QStringLiteral("WxH")},
-        {QStringLiteral("page"), QStringLiteral("style (default), icons, art or images."),
+        {QStringLiteral("page"), QStringLiteral("panels (default), style, icons, art or images."),
+         QStringLiteral("name")},
+        {QStringLiteral("hover"), QStringLiteral("Hover the timeline's marker nearest this movie time."),
+         QStringLiteral("seconds")},
+        {QStringLiteral("open"), QStringLiteral("Open a pop-up of the strip: filters, speed or volume."),
          QStringLiteral("name")},
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")},
     });
@@ -71,7 +89,8 @@ void addOptions(QCommandLineParser& parser) {
 QString GalleryOptions::usage() {
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Shows Kestrum's windows' ground: style, icons, art, game art."));
+        QStringLiteral("Shows Kestrum's review panels on a recording's telemetry, and the windows' ground: "
+                       "style, icons, art, game art."));
     addOptions(parser);
     return parser.helpText();
 }
@@ -97,15 +116,20 @@ std::variant<GalleryOptions, QString> GalleryOptions::parse(const QStringList& a
     }
     if (parser.isSet(QStringLiteral("page"))) {
         const auto page = wordValue(kPages, parser.value(QStringLiteral("page")));
-        if (!page) return QStringLiteral("bad --page: give style, icons, art or images");
+        if (!page) return QStringLiteral("bad --page: give panels, style, icons, art or images");
         options.page = *page;
     }
     if (parser.isSet(QStringLiteral("at"))) {
-        bool ok = false;
-        const double seconds = parser.value(QStringLiteral("at")).toDouble(&ok);
-        if (!ok || !std::isfinite(seconds) || seconds < 0)
-            return QStringLiteral("bad --at: give seconds, 0 or more");
-        options.atSeconds = seconds;
+        options.atSeconds = parseSeconds(parser.value(QStringLiteral("at")));
+        if (!options.atSeconds) return QStringLiteral("bad --at: give seconds, 0 or more");
+    }
+    if (parser.isSet(QStringLiteral("hover"))) {
+        options.hoverSeconds = parseSeconds(parser.value(QStringLiteral("hover")));
+        if (!options.hoverSeconds) return QStringLiteral("bad --hover: give seconds, 0 or more");
+    }
+    if (parser.isSet(QStringLiteral("open"))) {
+        options.openPopUp = wordValue(kPopUps, parser.value(QStringLiteral("open")));
+        if (!options.openPopUp) return QStringLiteral("bad --open: give filters, speed or volume");
     }
     if (parser.isSet(QStringLiteral("art-host"))) {
         const QUrl url(parser.value(QStringLiteral("art-host")), QUrl::StrictMode);

@@ -30,21 +30,26 @@ Window {
 
             Loader {
                 active: window.page === 0
-                source: "StylePage.qml"
+                source: "PanelsPage.qml"
             }
 
             Loader {
                 active: window.page === 1
-                source: "IconsPage.qml"
+                source: "StylePage.qml"
             }
 
             Loader {
                 active: window.page === 2
-                source: "ArtPage.qml"
+                source: "IconsPage.qml"
             }
 
             Loader {
                 active: window.page === 3
+                source: "ArtPage.qml"
+            }
+
+            Loader {
+                active: window.page === 4
                 source: "ImagesPage.qml"
             }
         }

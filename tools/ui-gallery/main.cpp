@@ -1,11 +1,15 @@
-// kestrum-ui-gallery: shows the ground the windows stand on (the style of both appearances, every symbol
-// icon, every art name, game art from the art host), and, once they exist, the review panels on a
-// recording's telemetry. With --screenshot it writes a PNG of the window once it has drawn and exits.
+// kestrum-ui-gallery: shows the review panels (the timeline strip and the scoreboard) on a recording's
+// telemetry with a moving playhead, and the ground the windows stand on (the style of both appearances,
+// every symbol icon, every art name, game art from the art host). With --screenshot it writes a PNG of the
+// window once it has drawn and exits.
 //
 // It always runs in a private settings profile (a temporary home for the XDG folders), so that pointing
 // "DataDragonBaseAddress" at the art host's stand-in never touches the user's settings or caches.
 #include "GalleryCatalog.h"
 #include "GalleryOptions.h"
+#include "GalleryPanels.h"
+#include "SyntheticGame.h"
+#include "SyntheticRecordingDetail.h"
 #include "core/settings/SettingsKeys.h"
 #include "core/settings/UserDefaults.h"
 #include "core/telemetry/SessionDocumentCodec.h"
@@ -21,6 +25,7 @@
 #include <QQuickWindow>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
@@ -29,6 +34,7 @@ namespace {
 
 using kestrum::gallery::GalleryCatalog;
 using kestrum::gallery::GalleryOptions;
+using kestrum::gallery::GalleryPanels;
 
 // A screenshot waits this long at most for game art still on its way.
 constexpr int kScreenshotTimeoutMs = 15000;
@@ -71,10 +77,25 @@ std::optional<kestrum::RecordingSessionData> readDocument(const QString& path, Q
     return std::move(decoded).value();
 }
 
+// The movie's length for a document without its movie: a few seconds past the last thing it records.
+double documentDurationSeconds(const kestrum::RecordingSessionData& document) {
+    constexpr double kTailSeconds = 5;
+    double last = 0;
+    for (const kestrum::RecordingEvent& event : document.events) last = std::max(last, event.videoTime);
+    if (document.scoreboard) {
+        for (const kestrum::RecordingScoreboardSnapshot& snapshot : *document.scoreboard)
+            last = std::max(last, snapshot.videoTime);
+    }
+    return last + kTailSeconds;
+}
+
 // Grabs the window once drawn and settled, writes the PNG and ends the event loop with the status.
-void takeScreenshot(QQuickWindow& window, const QString& path) {
+void takeScreenshot(QQuickWindow& window, const QString& path, const GalleryPanels& panels) {
     auto* screenshot = new kestrum::ui::WindowScreenshot(
-        window, [] { return kestrum::ui::DataDragonAssets::instance().loadsInFlight() == 0; },
+        window,
+        [&panels] {
+            return panels.isSettled() && kestrum::ui::DataDragonAssets::instance().loadsInFlight() == 0;
+        },
         kScreenshotTimeoutMs, &window);
     QObject::connect(
         screenshot, &kestrum::ui::WindowScreenshot::grabbed, &window,
@@ -113,11 +134,21 @@ int main(int argc, char** argv) {
         return 0;
     }
     std::optional<kestrum::RecordingSessionData> document;
+    double durationSeconds = 0;
+    kestrum::ScoreboardLocalPlayer localPlayer;
     if (options.documentPath) {
         QString error;
         document = readDocument(*options.documentPath, &error);
         if (!document) return fail(error, 2);
+        durationSeconds = documentDurationSeconds(*document);
+    } else {
+        kestrum::synthetic::SyntheticGame game = kestrum::synthetic::makeSyntheticGame();
+        durationSeconds = game.movieDurationSeconds;
+        localPlayer = {game.localChampionIdentifier, game.localPosition};
+        document = std::move(game.document);
     }
+    const std::shared_ptr<const kestrum::RecordingDetail> recording =
+        kestrum::synthetic::recordingDetailOf(*document, durationSeconds);
     QTemporaryDir home(QDir::tempPath() + QStringLiteral("/kestrum-ui-gallery-XXXXXX"));
     if (!home.isValid()) return fail(QStringLiteral("cannot make a private profile folder"), 1);
     usePrivateProfile(home);
@@ -132,15 +163,23 @@ int main(int argc, char** argv) {
     kestrum::ui::KestrumStyle::instance().setDark(options.dark);
 
     GalleryCatalog catalog(options, std::move(document));
+    GalleryPanels panels(options, recording, localPlayer, kestrum::UserDefaults::standard());
     QQmlApplicationEngine engine;
     kestrum::ui::registerQmlModules(engine);
     GalleryCatalog::setShown(catalog);
+    GalleryPanels::setShown(panels);
     engine.setInitialProperties(
         {{QStringLiteral("width"), options.size.width()}, {QStringLiteral("height"), options.size.height()}});
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Kestrum/Gallery/GalleryWindow.qml")));
     if (engine.rootObjects().isEmpty()) return fail(QStringLiteral("the gallery's window did not load"), 1);
     auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().front());
     if (!window) return fail(QStringLiteral("the gallery's root is no window"), 1);
-    if (options.screenshotPath) takeScreenshot(*window, *options.screenshotPath);
+    // Once drawn, the hover and pop-up asked for; the screenshot waits until they have been drawn too.
+    QObject::connect(window, &QQuickWindow::frameSwapped, &panels, [&panels, window] {
+        panels.present(*window);
+        panels.frameShown();
+    });
+    panels.start();
+    if (options.screenshotPath) takeScreenshot(*window, *options.screenshotPath, panels);
     return QGuiApplication::exec();
 }

@@ -82,7 +82,15 @@ void GameTimelineModel::showPlaybackRateAnimation(const PlaybackControlAnimation
 }
 
 void GameTimelineModel::showVolumeAnimation(const PlaybackControlAnimationRequest& request) {
+    const bool shown = showsVolumePopUp();
     animate(volumeAnimation_, request, kVolumeAnimationDuration);
+    if (showsVolumePopUp() != shown) emit volumePopUpChanged();
+}
+
+void GameTimelineModel::setVolumePresented(bool presented) {
+    if (presented == isVolumePresented_) return;
+    isVolumePresented_ = presented;
+    emit volumePopUpChanged();
 }
 
 void GameTimelineModel::setCurrentTime(double seconds) {
@@ -211,6 +219,39 @@ double GameTimelineModel::timeAtTrackPosition(double x, double width) const {
     return kestrum::timeAtTrackPosition(x, width, track_.durationSeconds());
 }
 
+void GameTimelineModel::pressTrack(double x, double y, double /*width*/) {
+    trackGesture_.press(x, y);
+}
+
+void GameTimelineModel::moveTrack(double x, double y, double width) {
+    perform(trackGesture_.move(x, y), width);
+}
+
+void GameTimelineModel::releaseTrack(double x, double y, double width) {
+    perform(trackGesture_.release(x, y), width);
+}
+
+void GameTimelineModel::cancelTrackGesture(double width) {
+    perform(trackGesture_.cancel(), width);
+}
+
+void GameTimelineModel::perform(const TimelineTrackGesture::Action& action, double width) {
+    using Kind = TimelineTrackGesture::Action::Kind;
+    switch (action.kind) {
+        case Kind::none:
+            return;
+        case Kind::click:
+            clickTrack(action.x, action.y, width);
+            return;
+        case Kind::scrub:
+            scrubAtTrackPosition(action.x, width);
+            return;
+        case Kind::finishScrub:
+            finishScrubAtTrackPosition(action.x, width);
+            return;
+    }
+}
+
 void GameTimelineModel::toggleFilter(int row) {
     if (row < 0 || row >= kFilterRowCount) return;
     TimelineFilterSet filters = track_.filters();
@@ -294,8 +335,10 @@ void GameTimelineModel::animate(std::optional<PlaybackControlAnimationRequest>& 
     emit animationChanged();
     delays_.after(duration, [this, &slot, id = request.id] {
         if (!slot || slot->id != id) return;  // a newer request has its own time on show
+        const bool shown = showsVolumePopUp();
         slot.reset();
         emit animationChanged();
+        if (showsVolumePopUp() != shown) emit volumePopUpChanged();
     });
 }
 

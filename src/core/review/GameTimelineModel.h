@@ -9,6 +9,7 @@
 #include "core/review/TimelineHoverCard.h"
 #include "core/review/TimelineSeeker.h"
 #include "core/review/TimelineTrack.h"
+#include "core/review/TimelineTrackGesture.h"
 #include "core/settings/UserDefaults.h"
 #include "platform/ports/VideoPlayer.h"
 
@@ -62,6 +63,9 @@ class GameTimelineModel : public QObject {
 
     Q_PROPERTY(kestrum::PlaybackVolumeModel* volume READ volume CONSTANT)
     Q_PROPERTY(bool isVolumeAnimating READ isVolumeAnimating NOTIFY animationChanged)
+    Q_PROPERTY(
+        bool isVolumePresented READ isVolumePresented WRITE setVolumePresented NOTIFY volumePopUpChanged)
+    Q_PROPERTY(bool showsVolumePopUp READ showsVolumePopUp NOTIFY volumePopUpChanged)
 
     Q_PROPERTY(kestrum::ReviewRowListModel* filters READ filters CONSTANT)
     Q_PROPERTY(QString filterTitle READ filterTitle CONSTANT)
@@ -128,6 +132,11 @@ class GameTimelineModel : public QObject {
 
     PlaybackVolumeModel* volume() const { return volume_; }
     bool isVolumeAnimating() const { return volumeAnimation_.has_value(); }
+    // The vertical volume pop-up: presented by the user (or a tool), and shown while presented or while a
+    // keyboard change of the volume is on show.
+    bool isVolumePresented() const { return isVolumePresented_; }
+    void setVolumePresented(bool presented);
+    bool showsVolumePopUp() const { return isVolumePresented_ || isVolumeAnimating(); }
 
     ReviewRowListModel* filters() const { return filters_; }
     QString filterTitle() const { return QStringLiteral("Timeline filters"); }
@@ -161,6 +170,13 @@ class GameTimelineModel : public QObject {
     Q_INVOKABLE void scrubAtTrackPosition(double x, double width);
     Q_INVOKABLE void finishScrubAtTrackPosition(double x, double width);
     Q_INVOKABLE double timeAtTrackPosition(double x, double width) const;
+    // The raw pointer on the track, `width` wide: a press, a move with the button held, the release, and
+    // the pointer taken away. A press released in place is `clickTrack`; one that moved is a drag that
+    // scrubs and ends with the exact seek of its last position (TimelineTrackGesture).
+    Q_INVOKABLE void pressTrack(double x, double y, double width);
+    Q_INVOKABLE void moveTrack(double x, double y, double width);
+    Q_INVOKABLE void releaseTrack(double x, double y, double width);
+    Q_INVOKABLE void cancelTrackGesture(double width);
 
     // Toggles the filter of a row of `filters`; resets both sets to their defaults.
     Q_INVOKABLE void toggleFilter(int row);
@@ -179,6 +195,7 @@ class GameTimelineModel : public QObject {
     void filtersChanged();
     void markersChanged();
     void hoverChanged();
+    void volumePopUpChanged();
     void seeked(double time);
     void interacted();
     void playbackToggleRequested();
@@ -194,6 +211,7 @@ class GameTimelineModel : public QObject {
     void publishHover();
     void setPlayerStatus(VideoPlayerTimeControlStatus status);
     void handlePlayedToEnd();
+    void perform(const TimelineTrackGesture::Action& action, double width);
     // Shows `request` in `slot` until `duration` has passed or a newer request replaces it.
     void animate(std::optional<PlaybackControlAnimationRequest>& slot,
                  const PlaybackControlAnimationRequest& request, Clock::Duration duration);
@@ -207,6 +225,8 @@ class GameTimelineModel : public QObject {
     std::optional<bool> optimisticIsPlaying_;
     bool isPlaybackRatePresented_ = false;
     bool isTimelineFilterPresented_ = false;
+    bool isVolumePresented_ = false;
+    TimelineTrackGesture trackGesture_;
     std::optional<PlaybackControlAnimationRequest> playbackRateAnimation_;
     std::optional<PlaybackControlAnimationRequest> volumeAnimation_;
     std::unique_ptr<PlayerListener> playerListener_;

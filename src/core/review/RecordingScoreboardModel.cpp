@@ -76,6 +76,10 @@ void RecordingScoreboardModel::leaveRow() {
     hover_.leave();
 }
 
+void RecordingScoreboardModel::leaveRowOf(const QString& playerID) {
+    hover_.leave(playerID);
+}
+
 void RecordingScoreboardModel::copyRiotId(const QString& playerID) {
     const RecordingScoreboardSnapshot* snapshot = currentSnapshot();
     if (!snapshot) return;

@@ -35,6 +35,8 @@ namespace kestrum {
 // Team headers: see ScoreboardTeamHeader.
 //
 // A row is entered and left by `enterRow(playerID)` and `leaveRow()`; the hover shows after 0.12 seconds.
+// `leaveRowOf(playerID)` clears only that row's pending or shown hover: the pointer may reach the next
+// row before the view tells that it left this one.
 // `copyRiotId(playerID)` copies the row's Riot ID through the file actions, emits `riotIdCopied(text)`
 // (the review window shows its toast) and marks the row copied for 1.2 seconds.
 //
@@ -66,6 +68,7 @@ class RecordingScoreboardModel : public QObject {
     Q_PROPERTY(QString redTeamTitle READ redTeamTitle CONSTANT)
     Q_PROPERTY(QString kdaTitle READ kdaTitle CONSTANT)
     Q_PROPERTY(QString itemsTitle READ itemsTitle CONSTANT)
+    Q_PROPERTY(QString creepScoreTitle READ creepScoreTitle CONSTANT)
     Q_PROPERTY(QString roleTitle READ roleTitle CONSTANT)
     Q_PROPERTY(QString copySymbolName READ copySymbolName CONSTANT)
     Q_PROPERTY(QString hoveredPlayerID READ hoveredPlayerID NOTIFY hoverChanged)
@@ -112,6 +115,8 @@ class RecordingScoreboardModel : public QObject {
     QString redTeamTitle() const { return QStringLiteral("RED TEAM"); }
     QString kdaTitle() const { return QStringLiteral("K / D / A"); }
     QString itemsTitle() const { return QStringLiteral("ITEMS"); }
+    // The farm column's title, beside the four the scoreboard names.
+    QString creepScoreTitle() const { return QStringLiteral("CS"); }
     QString roleTitle() const { return QStringLiteral("Role"); }
     QString copySymbolName() const { return QStringLiteral("doc.on.doc"); }
     QString hoveredPlayerID() const { return hover_.hoveredPlayerID().value_or(QString()); }
@@ -119,6 +124,7 @@ class RecordingScoreboardModel : public QObject {
 
     Q_INVOKABLE void enterRow(const QString& playerID);
     Q_INVOKABLE void leaveRow();
+    Q_INVOKABLE void leaveRowOf(const QString& playerID);
     Q_INVOKABLE void copyRiotId(const QString& playerID);
 
   signals:

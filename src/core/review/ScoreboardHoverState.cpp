@@ -19,6 +19,11 @@ void ScoreboardHoverState::leave() {
     setHovered(std::nullopt);
 }
 
+void ScoreboardHoverState::leave(const QString& playerID) {
+    if (pendingHoverPlayerID_ == playerID) pendingHoverPlayerID_.reset();
+    if (hoveredPlayerID_ == playerID) setHovered(std::nullopt);
+}
+
 void ScoreboardHoverState::markCopied(const QString& playerID) {
     const bool changes = copiedPlayerID_ != playerID;
     copiedPlayerID_ = playerID;

@@ -27,6 +27,9 @@ class ScoreboardHoverState {
 
     void enter(const QString& playerID);
     void leave();
+    // The pointer left the row of `playerID`: clears the pending and the hovered player only where they
+    // are that row's, since the pointer may reach the next row before it is told it left this one.
+    void leave(const QString& playerID);
     void markCopied(const QString& playerID);
 
     const std::optional<QString>& hoveredPlayerID() const { return hoveredPlayerID_; }

@@ -1,6 +1,7 @@
 // Every QML file of every module compiled into the windows loads, is shown in a real window and draws a
 // frame without a single warning (QTest::failOnWarning armed for any message).
 #include "QmlViewHarness.h"
+#include "ReviewViewModels.h"
 
 #include <gtest/gtest.h>
 
@@ -12,16 +13,18 @@
 #include <QSet>
 #include <QTest>
 
-#include <map>
 #include <string>
 #include <vector>
 
 namespace kestrum::test {
 namespace {
 
-// The properties a file needs to be made at all (its required properties), by its resource path. The
-// style's files need none; views with required properties add a row here.
-const std::map<QString, QVariantMap> kInitialProperties{};
+// The properties a file needs to be made at all (its required properties): the review views bind to the
+// review objects of a short recording, made once for the whole run (the style's files need none).
+QVariantMap initialProperties(const QString& resourcePath) {
+    static auto* models = new ReviewViewModels();  // lives to the end of the run, with the windows
+    return models->propertiesFor(resourcePath);
+}
 
 // Resource paths, as plain strings so that GoogleTest prints them.
 std::vector<std::string> compiledQmlFiles() {
@@ -46,10 +49,8 @@ class QmlFileLoadCheck : public QObject {
     void loadsWithoutWarning() {
         QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
         QmlViewHarness harness;
-        const auto properties = kInitialProperties.find(resourcePath_);
         QQuickItem* view =
-            harness.show(QUrl(QStringLiteral("qrc") + resourcePath_),
-                         properties == kInitialProperties.end() ? QVariantMap() : properties->second);
+            harness.show(QUrl(QStringLiteral("qrc") + resourcePath_), initialProperties(resourcePath_));
         QVERIFY2(view, qPrintable(harness.errors()));
         QVERIFY(!harness.screenshot().isNull());
     }

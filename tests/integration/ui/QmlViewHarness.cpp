@@ -92,6 +92,46 @@ void QmlViewHarness::click(QPointF scenePoint) {
     QTest::mouseClick(window_.get(), Qt::LeftButton, Qt::NoModifier, scenePoint.toPoint());
 }
 
+void QmlViewHarness::press(QPointF scenePoint) {
+    QTest::mousePress(window_.get(), Qt::LeftButton, Qt::NoModifier, scenePoint.toPoint());
+}
+
+void QmlViewHarness::moveHeld(QPointF scenePoint) {
+    QTest::mouseMove(window_.get(), scenePoint.toPoint());
+}
+
+void QmlViewHarness::release(QPointF scenePoint) {
+    QTest::mouseRelease(window_.get(), Qt::LeftButton, Qt::NoModifier, scenePoint.toPoint());
+}
+
+namespace {
+
+void collectItems(QQuickItem* item, const std::function<bool(QQuickItem*)>& wanted,
+                  QList<QQuickItem*>& found) {
+    if (wanted(item)) found.append(item);
+    for (QQuickItem* child : item->childItems()) collectItems(child, wanted, found);
+}
+
+}  // namespace
+
+QQuickItem* QmlViewHarness::findItem(const QString& objectName) const {
+    QList<QQuickItem*> found;
+    collectItems(
+        window_->contentItem(), [&](QQuickItem* item) { return item->objectName() == objectName; }, found);
+    return found.isEmpty() ? nullptr : found.front();
+}
+
+QList<QQuickItem*> QmlViewHarness::findItemsOfType(const char* typeNamePrefix) const {
+    QList<QQuickItem*> found;
+    collectItems(
+        window_->contentItem(),
+        [&](QQuickItem* item) {
+            return qstrncmp(item->metaObject()->className(), typeNamePrefix, qstrlen(typeNamePrefix)) == 0;
+        },
+        found);
+    return found;
+}
+
 QPointF QmlViewHarness::centreOf(const QQuickItem& item) {
     return item.mapToScene(QPointF(item.width() / 2, item.height() / 2));
 }

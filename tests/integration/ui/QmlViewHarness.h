@@ -55,6 +55,17 @@ class QmlViewHarness {
     // Pointer input at a point of the window's scene.
     void moveMouse(QPointF scenePoint);
     void click(QPointF scenePoint);
+    // A press, moves with the button held (delivered at once, with no wait) and the release.
+    void press(QPointF scenePoint);
+    void moveHeld(QPointF scenePoint);
+    void release(QPointF scenePoint);
+
+    // The item named `objectName` in the window's visual tree (a Loader's or a Repeater's items are no
+    // QObject children of the view); null when there is none.
+    QQuickItem* findItem(const QString& objectName) const;
+    // Every item of the visual tree whose type name (the QML type's, as the meta-object names it) starts
+    // with `typeNamePrefix`.
+    QList<QQuickItem*> findItemsOfType(const char* typeNamePrefix) const;
     // The centre of `item` in the window's scene.
     static QPointF centreOf(const QQuickItem& item);
 

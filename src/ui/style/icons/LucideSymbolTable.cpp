@@ -10,7 +10,7 @@ using Fill = LucideFill;
 
 // Symbol names as the system writes them (its platform's symbol set), each drawn by the nearest Lucide
 // icon. Lucide is outline only: ".fill" names take a fill style instead of an icon of their own.
-constexpr std::array<LucideSymbolEntry, 47> kEntries{{
+constexpr std::array<LucideSymbolEntry, 48> kEntries{{
     // Events and their actors
     {u"play.fill", u"play", Fill::closedShapes},
     {u"pause.fill", u"pause", Fill::closedShapes},
@@ -41,6 +41,9 @@ constexpr std::array<LucideSymbolEntry, 47> kEntries{{
     {u"speedometer", u"gauge", Fill::outline},
     {u"doc.on.doc", u"copy", Fill::outline},
     {u"checkmark.circle.fill", u"circle-check", Fill::closedShapes},
+    {u"checkmark", u"check", Fill::outline},
+    {u"line.3.horizontal.decrease.circle", u"list-filter", Fill::outline},
+    {u"chevron.right", u"chevron-right", Fill::outline},
     // Library, cards and their menus
     {u"star", u"star", Fill::outline},
     {u"star.fill", u"star", Fill::closedShapes},
@@ -53,7 +56,6 @@ constexpr std::array<LucideSymbolEntry, 47> kEntries{{
     {u"play.rectangle.on.rectangle", u"tv-minimal-play", Fill::outline},
     {u"folder", u"folder", Fill::outline},
     {u"rectangle.stack", u"gallery-vertical-end", Fill::outline},
-    {u"line.3.horizontal.decrease.circle", u"list-filter", Fill::outline},
     {u"questionmark.circle", u"circle-question-mark", Fill::outline},
     // Sharing, menu bar and settings
     {u"rectangle.on.rectangle", u"picture-in-picture-2", Fill::outline},

@@ -137,6 +137,50 @@ TEST_F(GameTimelineModelTest, ADragAlongTheTrackScrubsAndEndsExactly) {
     EXPECT_TRUE(seeks.back().tolerance.isExact());
 }
 
+TEST_F(GameTimelineModelTest, PointerEventsOnTheTrackClickOrDrag) {
+    // A press released in place on the local kill at 300: its click, 5 s before it.
+    model.pressTrack(301, 44, kTrackWidth);
+    model.releaseTrack(302, 44, kTrackWidth);
+    ASSERT_EQ(player.seeks().size(), 1U);
+    EXPECT_EQ(player.seeks().back().value, 295);
+    // A press that moves: a drag, whatever lies under its start.
+    model.pressTrack(301, 44, kTrackWidth);
+    for (int x = 310; x <= 400; x += 10) {
+        model.moveTrack(x, 44, kTrackWidth);
+        clock.advance(60ms);
+    }
+    model.releaseTrack(420, 44, kTrackWidth);
+    const std::vector<FakeVideoPlayer::Call> seeks = player.seeks();
+    ASSERT_EQ(seeks.size(), 12U) << "ten scrubs 60 ms apart, then the end";
+    EXPECT_EQ(seeks[1].value, 310);
+    EXPECT_EQ(seeks[1].tolerance, VideoSeekTolerance::symmetric(0.1));
+    EXPECT_EQ(seeks.back().value, 420);
+    EXPECT_TRUE(seeks.back().tolerance.isExact());
+    // The pointer taken away mid-drag: the drag ends where it was.
+    model.pressTrack(500, 44, kTrackWidth);
+    model.moveTrack(600, 44, kTrackWidth);
+    model.cancelTrackGesture(kTrackWidth);
+    EXPECT_EQ(player.seeks().back().value, 600);
+    EXPECT_TRUE(player.seeks().back().tolerance.isExact());
+}
+
+TEST_F(GameTimelineModelTest, TheVolumePopUpShowsWhilePresentedOrWhileAKeyboardChangeIsOnShow) {
+    QSignalSpy changed(&model, &GameTimelineModel::volumePopUpChanged);
+    EXPECT_FALSE(model.showsVolumePopUp());
+    model.showVolumeAnimation({1, 1, 0.95, false});
+    EXPECT_TRUE(model.showsVolumePopUp());
+    model.setVolumePresented(true);
+    clock.advance(1200ms);
+    EXPECT_TRUE(model.showsVolumePopUp()) << "still presented after the change's time";
+    model.setVolumePresented(false);
+    EXPECT_FALSE(model.showsVolumePopUp());
+    model.showVolumeAnimation({2, 0.95, 0.9, false});
+    clock.advance(1200ms);
+    EXPECT_FALSE(model.showsVolumePopUp());
+    // Told at each change of either property; the end of a change's time while presented tells nothing.
+    EXPECT_EQ(changed.count(), 5);
+}
+
 TEST_F(GameTimelineModelTest, ThePlayButtonFollowsThePlayerUnlessTheReviewWindowKnowsBetter) {
     QSignalSpy toggles(&model, &GameTimelineModel::playbackToggleRequested);
     EXPECT_EQ(model.playButtonToolTip(), QStringLiteral("Play (Space or P)"));

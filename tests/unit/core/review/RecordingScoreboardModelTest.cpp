@@ -138,6 +138,24 @@ TEST_F(RecordingScoreboardModelTest, AHoverShowsOnlyAfterItsDelay) {
     EXPECT_EQ(hoverChanged.count(), 3);
 }
 
+TEST_F(RecordingScoreboardModelTest, LeavingARowAfterTheNextWasEnteredKeepsTheNextOnesHover) {
+    model.enterRow(blueID(0));
+    clock.advance(120ms);
+    model.enterRow(blueID(1));  // the pointer reaches the next row before the first is told it left
+    model.leaveRowOf(blueID(0));
+    clock.advance(120ms);
+    EXPECT_EQ(model.hoveredPlayerID(), blueID(1));
+    model.leaveRowOf(blueID(3));  // a row that holds nothing changes nothing
+    EXPECT_EQ(model.hoveredPlayerID(), blueID(1));
+    model.leaveRowOf(blueID(1));
+    EXPECT_TRUE(model.hoveredPlayerID().isEmpty());
+    // Left while still pending: the delay ends with no hover.
+    model.enterRow(blueID(2));
+    model.leaveRowOf(blueID(2));
+    clock.advance(200ms);
+    EXPECT_TRUE(model.hoveredPlayerID().isEmpty());
+}
+
 TEST_F(RecordingScoreboardModelTest, ACopiedRiotIdIsMarkedForOnePointTwoSeconds) {
     QSignalSpy copied(&model, &RecordingScoreboardModel::riotIdCopied);
     model.copyRiotId(blueID(0));
