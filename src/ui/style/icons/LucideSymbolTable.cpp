@@ -10,7 +10,7 @@ using Fill = LucideFill;
 
 // Symbol names as the system writes them (its platform's symbol set), each drawn by the nearest Lucide
 // icon. Lucide is outline only: ".fill" names take a fill style instead of an icon of their own.
-constexpr std::array<LucideSymbolEntry, 48> kEntries{{
+constexpr std::array<LucideSymbolEntry, 49> kEntries{{
     // Events and their actors
     {u"play.fill", u"play", Fill::closedShapes},
     {u"pause.fill", u"pause", Fill::closedShapes},
