@@ -54,6 +54,8 @@ MpvRenderContext::~MpvRenderContext() {
     mpv_render_context_set_update_callback(context_, nullptr, nullptr);
     mpv_render_context_free(context_);
     MpvHandle::releaseOnMainThread(std::move(engine_));
+    // The engine can have a context again: the item draws once more, wherever it now is.
+    relay_->requestUpdate();
 }
 
 bool MpvRenderContext::render(unsigned framebufferID, QSize size) {

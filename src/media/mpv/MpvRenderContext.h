@@ -20,7 +20,8 @@ class MpvUpdateRelay;
 // update of the item.
 class MpvRenderContext {
   public:
-    // A context for `engine`; null when mpv refuses one (another item draws the engine already).
+    // A context for `engine`; null when mpv refuses one (another item draws the engine already). Freed,
+    // it asks for the item to be drawn again.
     static std::unique_ptr<MpvRenderContext> create(std::shared_ptr<MpvHandle> engine,
                                                     std::shared_ptr<MpvUpdateRelay> relay);
     ~MpvRenderContext();

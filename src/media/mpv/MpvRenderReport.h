@@ -7,8 +7,8 @@ namespace kestrum {
 class MpvHandle;
 
 // What an item's renderer tells the item at each synchronisation: which engine it has a render context
-// for, and how many new pictures it drew with that context. `contextGeneration` rises with every context
-// made or freed, so that a count is never compared across contexts.
+// for, and how many new pictures it drew with that context. `contextGeneration` changes with every context
+// made or freed by any renderer, so that a count is never compared across contexts.
 struct MpvRenderReport {
     const MpvHandle* engine = nullptr;  // identity only; never dereferenced by the item
     std::uint64_t contextGeneration = 0;

@@ -233,7 +233,9 @@ QVariant MpvVideoPlayer::engineProperty(const char* name) const {
 }
 
 void MpvVideoPlayer::setVideoOutputAttached(bool attached) {
-    if (videoAttached_ == attached) return;
+    // A new render context is chosen again even when one was there before: mpv drops the video track
+    // when a render context in use is freed.
+    if (videoAttached_ == attached && !attached) return;
     videoAttached_ = attached;
     applyVideoTrack();
 }

@@ -93,7 +93,8 @@ class MpvVideoPlayer final : public QObject, public VideoPlayer {
 
     // For MpvVideoPlayerItem (main thread). The engine's share the item's renderer draws.
     const std::shared_ptr<MpvHandle>& engine() const { return engine_; }
-    // Whether a render context of an item exists for the engine: the video track follows it.
+    // Whether a render context of an item exists for the engine: the video track follows it. Called with
+    // true for every new render context.
     void setVideoOutputAttached(bool attached);
     // The item drew a new picture of the engine.
     void noteVideoFrameShown();

@@ -42,12 +42,15 @@ void MpvVideoPlayerItem::forgetDestroyedPlayer() {
 
 void MpvVideoPlayerItem::applyRenderReport() {
     const MpvRenderReport report = renderReport_;
-    const std::uint64_t picturesBefore =
-        report.contextGeneration == appliedReport_.contextGeneration ? appliedReport_.picturesDrawn : 0;
+    const bool newContext = report.contextGeneration != appliedReport_.contextGeneration;
+    const std::uint64_t picturesBefore = newContext ? 0 : appliedReport_.picturesDrawn;
     appliedReport_ = report;
-    if (!player_ || report.engine == nullptr || report.engine != player_->engine().get()) return;
-    player_->setVideoOutputAttached(true);
-    if (report.picturesDrawn <= picturesBefore) return;
+    if (!player_) return;
+    const bool drawn = report.engine != nullptr && report.engine == player_->engine().get();
+    // A context made or freed for the shown player (a window that lost its scene graph and got a new
+    // one frees and makes one without the player changing).
+    if (newContext) player_->setVideoOutputAttached(drawn);
+    if (!drawn || report.picturesDrawn <= picturesBefore) return;
     picturesShown_ += report.picturesDrawn - picturesBefore;
     player_->noteVideoFrameShown();
     emit pictureShown();

@@ -10,9 +10,21 @@
 #include <QOpenGLFunctions>
 #include <QQuickOpenGLUtils>
 
+#include <atomic>
 #include <utility>
 
 namespace kestrum {
+
+namespace {
+
+// Render contexts are numbered across every renderer: a window that drops its scene graph makes a new
+// renderer for the same item, whose first context must not look like the old one's.
+std::uint64_t nextContextGeneration() {
+    static std::atomic<std::uint64_t> generation{0};
+    return ++generation;
+}
+
+}  // namespace
 
 MpvVideoRenderer::MpvVideoRenderer(std::shared_ptr<MpvUpdateRelay> relay) : relay_(std::move(relay)) {}
 
@@ -59,20 +71,25 @@ void MpvVideoRenderer::render() {
 }
 
 void MpvVideoRenderer::followWantedEngine() {
-    // The same control block: a weak share keeps it, so a new engine at a freed one's address differs.
-    const bool followed =
-        !followedEngine_.owner_before(wantedEngine_) && !wantedEngine_.owner_before(followedEngine_);
-    if (followed) return;
-    if (context_) {
+    // The context holds its engine: the address drawn cannot be a new engine's while it stands.
+    const MpvHandle* drawn = context_ ? context_->engine() : nullptr;
+    bool changed = false;
+    if (context_ && drawn != wantedEngine_.get()) {
         context_.reset();
-        ++contextGeneration_;
+        contextGeneration_ = nextContextGeneration();
+        changed = true;
     }
-    picturesDrawn_ = 0;
-    followedEngine_ = wantedEngine_;
-    if (wantedEngine_) {
+    // Tried at every drawing while refused: another item (say, this one in the window it left) may
+    // still hold the engine's one render context, and frees it soon.
+    if (wantedEngine_ && !context_) {
         context_ = MpvRenderContext::create(wantedEngine_, relay_);
-        if (context_) ++contextGeneration_;
+        if (context_) {
+            contextGeneration_ = nextContextGeneration();
+            changed = true;
+        }
     }
+    if (!changed) return;
+    picturesDrawn_ = 0;
     relay_->requestUpdate();
 }
 

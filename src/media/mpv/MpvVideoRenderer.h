@@ -39,8 +39,6 @@ class MpvVideoRenderer final : public QQuickFramebufferObject::Renderer {
     std::shared_ptr<MpvUpdateRelay> relay_;
     // All render thread.
     std::shared_ptr<MpvHandle> wantedEngine_;  // the shown player's engine, as of the last synchronize
-    // The engine last followed: the one drawn, or the one that refused a context (not tried again).
-    std::weak_ptr<MpvHandle> followedEngine_;
     std::unique_ptr<MpvRenderContext> context_;
     std::uint64_t contextGeneration_ = 0;
     std::uint64_t picturesDrawn_ = 0;

@@ -5,6 +5,7 @@
 #include "PlayerFixture.h"
 
 #include <QSignalSpy>
+#include <QTest>
 
 #include <ostream>
 #include <string>
@@ -119,6 +120,23 @@ TEST_F(MpvVideoPlayerItemTest, AnotherPlayerTakesThePictureOverAndBack) {
     runEventLoopFor(150);
     EXPECT_EQ(stage->shownStripeMs(), 5000) << "the first player's picture where it stood";
     EXPECT_TRUE(waitFor([&] { return !second.engineProperty("vo-configured").toBool(); }, 10000));
+}
+
+TEST_F(MpvVideoPlayerItemTest, AnItemMovedToAnotherWindowDrawsItsPlayerThere) {
+    MpvVideoPlayer& player = show(movies.clock());
+    ASSERT_EQ(seekAndLook(player, 7.0, VideoSeekTolerance::exact()), 7000);
+    // The old window frees the item's renderer with its render context; the new one makes both anew.
+    QQuickWindow other;
+    other.resize(640, 360);
+    other.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&other));
+    const std::uint64_t pictures = stage->item().picturesShown();
+    stage->item().setParentItem(other.contentItem());
+    stage->item().setSize(QSizeF(640, 360));
+    ASSERT_TRUE(stage->waitForPictureAfter(pictures)) << "no picture in the new window";
+    runEventLoopFor(150);
+    EXPECT_EQ(decodeClockStripe(other.grabWindow()), 7000);
+    stage->item().setParentItem(stage->window().contentItem());
 }
 
 TEST_F(MpvVideoPlayerItemTest, AnObjectThatIsNoMpvPlayerDrawsBlack) {
