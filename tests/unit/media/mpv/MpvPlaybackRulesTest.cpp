@@ -81,20 +81,6 @@ TEST(MpvVolumeTest, TheLinearGainBecomesMpvsCubicPercent) {
     }
 }
 
-TEST(MpvSpeedTest, RatesStayInMpvsRange) {
-    const struct {
-        double rate;
-        double speed;
-    } cases[] = {{0.25, 0.25}, {8, 8}, {1, 1}, {0.001, 0.01}, {1000, 100}, {kNaN, 1}};
-    for (const auto& c : cases) EXPECT_EQ(mpvSpeed(c.rate), c.speed) << c.rate;
-}
-
-TEST(MpvSecondsArgumentTest, IsFixedPointWithADot) {
-    EXPECT_EQ(mpvSecondsArgument(5.5), QByteArray("5.500000"));
-    EXPECT_EQ(mpvSecondsArgument(0), QByteArray("0.000000"));
-    EXPECT_EQ(mpvSecondsArgument(1234.0000004), QByteArray("1234.000000"));
-}
-
 TEST(PlaybackEndTest, TheForwardEndWithinTheMovieOrTheMoviesEnd) {
     const struct {
         std::optional<double> forwardEnd;
