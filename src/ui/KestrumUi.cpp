@@ -8,6 +8,7 @@
 // The modules are static libraries: their plugins register the types only when imported here.
 Q_IMPORT_QML_PLUGIN(Kestrum_StylePlugin)
 Q_IMPORT_QML_PLUGIN(Kestrum_ReviewPlugin)
+Q_IMPORT_QML_PLUGIN(Kestrum_PlayerPlugin)
 
 namespace kestrum::ui {
 

@@ -168,7 +168,10 @@ WrittenMovie writeMovie(const QString& path, const MovieScript& script) {
             (audioAt >= script.audioToSeconds - 1e-9 || script.frameSeconds[nextFrame] <= audioAt);
         if (videoFirst) {
             const double seconds = script.frameSeconds[nextFrame++];
-            appendWhenReady(*video, pictures.frame(static_cast<int>(nextFrame), script.isFlash(seconds)),
+            appendWhenReady(*video,
+                            script.picture
+                                ? script.picture(seconds)
+                                : pictures.frame(static_cast<int>(nextFrame), script.isFlash(seconds)),
                             hostTime(seconds));
             continue;
         }

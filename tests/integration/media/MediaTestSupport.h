@@ -56,6 +56,8 @@ struct MovieScript {
     AudioFormatDescription audioFormat;
     std::vector<double> frameSeconds;
     std::function<bool(double)> isFlash = [](double) { return false; };
+    // The picture of the frame at each time; when empty, the built-in moving pictures (and flashes).
+    std::function<std::shared_ptr<const PixelBuffer>(double seconds)> picture;
     double audioFromSeconds = 0;
     double audioToSeconds = 0;
     int audioBufferFrames = 480;

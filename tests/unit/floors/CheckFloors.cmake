@@ -51,6 +51,11 @@ foreach(folder IN LISTS ${FLOOR}_folders)
                 if(NOT FLOOR STREQUAL "media" AND target MATCHES "^media/ffmpeg/")
                     set(allowed FALSE)
                 endif()
+                # The mpv player brings Qt Quick and mpv with it: the windows place it, the core only
+                # knows the VideoPlayer port.
+                if(NOT FLOOR MATCHES "^(media|ui)$" AND target MATCHES "^media/mpv/")
+                    set(allowed FALSE)
+                endif()
                 if(NOT allowed)
                     string(APPEND offenders "\n  ${source}: ${line}")
                 endif()

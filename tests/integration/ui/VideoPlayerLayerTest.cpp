@@ -1,0 +1,57 @@
+// The player's item as the review window's QML places it: `VideoPlayerLayer` of Kestrum.Player, given a
+// player object through its property, draws that player's movie; given anything else, black.
+#include "ClockStripe.h"
+#include "QmlViewHarness.h"
+#include "StripeMovies.h"
+#include "media/mpv/MpvVideoPlayerFactory.h"
+#include "support/TestEnvironment.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QQuickItem>
+
+namespace kestrum::test {
+namespace {
+
+const QByteArray kLayer = QByteArrayLiteral("import QtQuick\nimport Kestrum.Player\nVideoPlayerLayer {}\n");
+
+class VideoPlayerLayerTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        KESTRUM_REQUIRE_DISPLAY();
+        if (!QFile::exists(movies.clock())) {
+            if (qEnvironmentVariable("KESTRUM_REQUIRE_MEDIA") == QLatin1String("1"))
+                FAIL() << "no test movies";
+            GTEST_SKIP() << "the test movies were not written (no HEVC encoder?)";
+        }
+    }
+
+    const PlayerTestMovies movies{QStringLiteral(KESTRUM_PLAYER_TEST_MOVIES)};
+    MpvVideoPlayerFactory factory;
+    QmlViewHarness harness;
+};
+
+TEST_F(VideoPlayerLayerTest, DrawsThePlayerItIsGiven) {
+    const std::unique_ptr<MpvVideoPlayer> player = factory.makeMpvPlayer(movies.other());
+    QQuickItem* layer =
+        harness.showText(kLayer, {{"player", QVariant::fromValue<QObject*>(player.get())}}, {640, 360});
+    ASSERT_TRUE(layer) << harness.errors().toStdString();
+    EXPECT_EQ(layer->property("player").value<QObject*>(), player.get());
+    ASSERT_TRUE(waitUntil([&] { return player->isReadyForDisplay(); }, 15000)) << "never drawn";
+    EXPECT_EQ(decodeClockStripe(harness.screenshot()), PlayerTestMovies::kOtherOffsetMs);
+}
+
+TEST_F(VideoPlayerLayerTest, AnObjectThatIsNoPlayerDrawsBlack) {
+    QObject stranger;
+    QQuickItem* layer =
+        harness.showText(kLayer, {{"player", QVariant::fromValue<QObject*>(&stranger)}}, {320, 180});
+    ASSERT_TRUE(layer) << harness.errors().toStdString();
+    const QImage shot = harness.screenshot();
+    ASSERT_FALSE(shot.isNull());
+    EXPECT_EQ(shot.pixelColor(160, 90), QColor(Qt::black));
+    EXPECT_EQ(shot.pixelColor(10, 10), QColor(Qt::black));
+}
+
+}  // namespace
+}  // namespace kestrum::test
