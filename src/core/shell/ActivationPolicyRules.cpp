@@ -30,4 +30,8 @@ std::optional<ActivationPolicy> policyAfterResignActive(const std::vector<Applic
     return ActivationPolicy::accessory;
 }
 
+bool showsInTaskSwitcher(const ApplicationWindow& window, ActivationPolicy policy) {
+    return policy == ActivationPolicy::regular && (isReviewWindow(window) || isSettingsWindow(window));
+}
+
 }  // namespace kestrum

@@ -26,4 +26,9 @@ std::optional<ActivationPolicy> policyAfterWindowWillClose(const std::optional<A
 // The resign rule: `accessory` unless a review window is visible.
 std::optional<ActivationPolicy> policyAfterResignActive(const std::vector<ApplicationWindow>& windows);
 
+// What a policy means for one window on a desktop without application-wide policies: under `regular` the
+// review and settings windows show in the task switcher; under `accessory` no window does, nor do the
+// panel, the share window or any other window under either policy.
+bool showsInTaskSwitcher(const ApplicationWindow& window, ActivationPolicy policy);
+
 }  // namespace kestrum
