@@ -1,0 +1,58 @@
+// The main of the shell windows' tests: a private home, a private X server (Xvfb) with openbox managing
+// it, a QGuiApplication on it (the xcb platform), then GoogleTest. Without Xvfb or openbox every test
+// skips, saying so, unless KESTRUM_REQUIRE_MEDIA=1 (CI), where that is a failure.
+#include "ShellWindowsTestMain.h"
+#include "TestWindowClient.h"
+#include "support/DisplayServers.h"
+#include "support/TestEnvironment.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+QString missingDisplay;
+
+bool onlyListing(int argc, char** argv) {
+    for (int index = 1; index < argc; ++index) {
+        if (std::strcmp(argv[index], "--gtest_list_tests") == 0) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+QString kestrum::test::managedDisplayMissing() {
+    return missingDisplay;
+}
+
+int main(int argc, char** argv) {
+    QTemporaryDir home(QDir::tempPath() + QStringLiteral("/kestrum-test-XXXXXX"));
+    if (!home.isValid()) return 2;
+    kestrum::test::usePrivateHome(home.path());
+    kestrum::test::XvfbServer display;
+    if (onlyListing(argc, argv)) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    } else if (display.start(1280, 800) && display.startWindowManager() &&
+               kestrum::test::TestWindowClient().awaitWindowManager()) {
+        // The manager adopts windows now: a window mapped earlier could be lost.
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    } else {
+        if (qEnvironmentVariable("KESTRUM_REQUIRE_MEDIA") == QLatin1String("1")) {
+            std::fprintf(stderr, "the shell windows' tests need Xvfb and openbox: %s\n",
+                         qPrintable(display.failure()));
+            return 1;
+        }
+        missingDisplay = display.failure();
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QGuiApplication application(argc, argv);
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
