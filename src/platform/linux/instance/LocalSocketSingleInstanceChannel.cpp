@@ -2,6 +2,7 @@
 
 #include "base/log/CaptureLog.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -10,8 +10,9 @@
 
 namespace kestrum {
 
-// One Kestrum per user, over a local socket in the user's runtime folder ($XDG_RUNTIME_DIR, private to the
-// user). The first instance listens there; a later launch connects, sends one line of JSON
+// One Kestrum per user and settings profile, over a local socket in the user's runtime folder
+// ($XDG_RUNTIME_DIR, private to the user). The first instance listens there; a later launch connects, sends
+// one line of JSON
 // ({"request":"showDashboard","startupID":"...","eventTimeMs":123}) and waits for "ok". A socket nobody
 // listens on (left by an instance that crashed), or an instance that does not answer within the time-out,
 // counts as gone: the socket is replaced and this process listens. A lock file beside the socket keeps two
@@ -34,7 +35,7 @@ class LocalSocketSingleInstanceChannel final : public QObject, public SingleInst
     Outcome claim(const ActivationToken& request) override;
     [[nodiscard]] Subscription observeRequests(Handler handler) override;
 
-    // The runtime folder + "/kestrum-instance".
+    // The runtime folder + "/kestrum-" + a short hash of the settings folder (XDG_CONFIG_HOME).
     static QString defaultSocketPath();
 
     static QByteArray encodeRequest(const ActivationToken& token);
