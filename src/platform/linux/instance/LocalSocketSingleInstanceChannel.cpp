@@ -23,7 +23,8 @@ LocalSocketSingleInstanceChannel::LocalSocketSingleInstanceChannel(QString socke
                                                                    QObject* parent)
     : QObject(parent),
       socketPath_(socketPath.isEmpty() ? defaultSocketPath() : std::move(socketPath)),
-      answerTimeoutMs_(answerTimeoutMs) {
+      answerTimeoutMs_(answerTimeoutMs),
+      server_(this) {
     server_.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&server_, &QLocalServer::newConnection, this,
             &LocalSocketSingleInstanceChannel::acceptConnections);

@@ -50,7 +50,7 @@ class LocalSocketSingleInstanceChannel final : public QObject, public SingleInst
 
     const QString socketPath_;
     const int answerTimeoutMs_;
-    QLocalServer server_;
+    QLocalServer server_;  // a child, so that it moves with the channel to another thread
     HandlerList<ActivationToken> handlers_;
 };
 

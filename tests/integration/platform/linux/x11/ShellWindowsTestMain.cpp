@@ -13,18 +13,10 @@
 #include <QTemporaryDir>
 
 #include <cstdio>
-#include <cstring>
 
 namespace {
 
 QString missingDisplay;
-
-bool onlyListing(int argc, char** argv) {
-    for (int index = 1; index < argc; ++index) {
-        if (std::strcmp(argv[index], "--gtest_list_tests") == 0) return true;
-    }
-    return false;
-}
 
 }  // namespace
 
@@ -37,7 +29,7 @@ int main(int argc, char** argv) {
     if (!home.isValid()) return 2;
     kestrum::test::usePrivateHome(home.path());
     kestrum::test::XvfbServer display;
-    if (onlyListing(argc, argv)) {
+    if (kestrum::test::onlyListsTests(argc, argv)) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     } else if (display.start(1280, 800) && display.startWindowManager() &&
                kestrum::test::TestWindowClient().awaitWindowManager()) {
