@@ -28,6 +28,8 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   # the real components that tests start: X server, sound server, TLS, an independent movie reader
   xvfb xauth openbox pulseaudio pulseaudio-utils ffmpeg xdotool openssl x11-utils fonts-dejavu-core
+  # a private D-Bus bus for the desktop-service adapters (logind, the portal, the file manager)
+  dbus-daemon
 )
 
 missing=()

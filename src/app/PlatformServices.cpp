@@ -5,11 +5,15 @@
 #include "platform/fake/FakeFolderPicker.h"
 #include "platform/fake/FakeMicrophoneAccess.h"
 #include "platform/fake/FakeScreenCaptureAccess.h"
+#include "platform/fake/FakeSessionEndInhibitor.h"
 #include "platform/fake/FakeSettingsOpener.h"
 #include "platform/fake/FakeShareableContent.h"
 #include "platform/fake/FakeSystemLog.h"
 #include "platform/fake/FakeWindowStream.h"
 #include "platform/fake/FakeWorkspace.h"
+#include "platform/linux/freedesktop/LogindSessionEndInhibitor.h"
+#include "platform/linux/freedesktop/UnavailableSettingsOpener.h"
+#include "platform/linux/pulse/BackgroundMicrophoneAccess.h"
 #include "platform/linux/pulse/PulseAudioStreamFactory.h"
 #include "platform/linux/pulse/PulseMicrophoneAccess.h"
 #include "platform/linux/syslog/SyslogSystemLog.h"
@@ -27,11 +31,15 @@ PlatformServices makeLinuxPlatformServices() {
     services.windowStreams = std::make_unique<X11WindowStreamFactory>();
     services.audioStreams = std::make_unique<PulseAudioStreamFactory>();
     services.screenCaptureAccess = std::make_unique<X11ScreenCaptureAccess>();
-    services.microphoneAccess = std::make_unique<PulseMicrophoneAccess>();
-    // No desktop settings page governs capture on Linux, and the folder chooser belongs to the settings
-    // window: until it exists the recordings folder is the default or the stored one.
-    services.settingsOpener = std::make_unique<FakeSettingsOpener>();
+    // A sound server that hangs must not hang the main thread, which asks at every settings poll and at
+    // every capture start.
+    services.microphoneAccess = std::make_unique<BackgroundMicrophoneAccess>(
+        std::make_shared<PulseMicrophoneAccess>(std::chrono::milliseconds(1500)));
+    services.settingsOpener = std::make_unique<UnavailableSettingsOpener>();
+    // The folder chooser belongs to the settings window: until it exists the recordings folder is the
+    // default or the stored one.
     services.folderPicker = std::make_unique<FakeFolderPicker>();
+    services.sessionEndInhibitor = std::make_unique<LogindSessionEndInhibitor>();
     services.systemLog = std::make_shared<SyslogSystemLog>();
     services.movieWriters = std::make_unique<ffmpeg::FfmpegMovieWriterFactory>();
     return services;
@@ -47,6 +55,7 @@ PlatformServices makeFakePlatformServices() {
     services.microphoneAccess = std::make_unique<FakeMicrophoneAccess>();
     services.settingsOpener = std::make_unique<FakeSettingsOpener>();
     services.folderPicker = std::make_unique<FakeFolderPicker>();
+    services.sessionEndInhibitor = std::make_unique<FakeSessionEndInhibitor>();
     services.systemLog = std::make_shared<FakeSystemLog>();
     services.movieWriters = std::make_unique<ffmpeg::FfmpegMovieWriterFactory>();
     return services;

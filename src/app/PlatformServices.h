@@ -6,6 +6,7 @@
 #include "platform/ports/FolderPicker.h"
 #include "platform/ports/MicrophoneAccess.h"
 #include "platform/ports/ScreenCaptureAccess.h"
+#include "platform/ports/SessionEndInhibitor.h"
 #include "platform/ports/SettingsOpener.h"
 #include "platform/ports/ShareableContent.h"
 #include "platform/ports/WindowStream.h"
@@ -26,12 +27,14 @@ struct PlatformServices {
     std::unique_ptr<MicrophoneAccess> microphoneAccess;
     std::unique_ptr<SettingsOpener> settingsOpener;
     std::unique_ptr<FolderPicker> folderPicker;
+    std::unique_ptr<SessionEndInhibitor> sessionEndInhibitor;
     std::shared_ptr<SystemLog> systemLog;
     std::unique_ptr<MovieWriterFactory> movieWriters;
 };
 
-// The Linux adapters: /proc and X11 for the desktop, XComposite for the window, PulseAudio for sound,
-// syslog, FFmpeg for movies.
+// The Linux adapters: /proc and X11 for the desktop, XComposite for the window, PulseAudio for sound (the
+// microphone's state read off the main thread), logind for the session-end hold, syslog, FFmpeg for
+// movies.
 PlatformServices makeLinuxPlatformServices();
 
 // The scripted fakes, empty: nothing runs, nothing can be captured. The honest answer on a system the

@@ -8,6 +8,7 @@
 #include "core/recording/RecordingPermissions.h"
 #include "core/recording/RecordingSavePath.h"
 #include "core/recording/RecordingStorageBudgetSource.h"
+#include "core/shell/SessionEndInhibitingCapturer.h"
 #include "core/telemetry/live/LeagueLiveClient.h"
 
 #include <QCoroTask>
@@ -30,6 +31,8 @@ class RecordingSide {
     RecordingCoordinator& coordinator() { return *coordinator_; }
     RecordingFolderStore& folderStore() { return folderStore_; }
     RecordingPermissions& permissions() { return permissions_; }
+    RecordingStorageBudgetSource& storageBudget() { return storageBudget_; }
+    PlatformServices& services() { return services_; }
 
     // Finalises and saves an active recording; the application quits only after it.
     QCoro::Task<void> prepareForTermination();
@@ -43,6 +46,9 @@ class RecordingSide {
     RecordingSavePath savePath_;
     LeagueLiveClient liveClient_;
     GameCapturer capturer_;
+    // The coordinator's capture pipeline: the capturer, with the system's shutdown held off while a
+    // recording runs and until its movie is saved.
+    SessionEndInhibitingCapturer sessionEndGuard_;
     std::unique_ptr<RecordingCoordinator> coordinator_;
 };
 

@@ -1,9 +1,13 @@
 // kestrum: the recorder. It lives beside the game with no window of its own yet: it watches for the
-// game, records it, and saves the movie and its session document. It quits on SIGTERM or SIGINT only
-// after an active recording has been finalised and saved.
+// game, records it, and saves the movie and its session document. One runs per user and settings profile:
+// a later launch hands its request to the running one and exits 0. It quits on SIGTERM, SIGINT or the end
+// of the session only after an active recording has been finalised and saved.
 #include "app/RecordingSide.h"
 #include "app/TerminationSignals.h"
-#include "base/async/Job.h"
+#include "core/shell/KestrumAppDelegate.h"
+#include "core/shell/SingleInstanceLaunch.h"
+#include "platform/linux/instance/LocalSocketSingleInstanceChannel.h"
+#include "platform/linux/x11/X11ApplicationWindows.h"
 
 #include <QGuiApplication>
 
@@ -30,11 +34,30 @@ void printLine(const QString& line) {
 
 int main(int argc, char** argv) {
     using namespace kestrum;
+    // The toolkit reads and clears the launcher's startup id when it starts; a later launch passes it on.
+    const QByteArray desktopStartupID = qgetenv("DESKTOP_STARTUP_ID");
     chooseOffscreenWithoutDisplay();
     QGuiApplication application(argc, argv);
     QGuiApplication::setOrganizationName(QStringLiteral("Kestrum"));
     QGuiApplication::setApplicationName(QStringLiteral("Kestrum"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    // Installed first, so that a signal that comes while the application starts is kept and acted on once
+    // the event loop runs, and never ends the process by the default action.
+    TerminationSignals terminationSignals;
+
+    X11ApplicationWindows windows;
+    LocalSocketSingleInstanceChannel instanceChannel;
+    SingleInstanceLaunch launch(instanceChannel);
+    const ActivationToken launchToken = SingleInstanceLaunch::launchToken(
+        desktopStartupID, desktopStartupID.isEmpty() ? windows.serverTimeMs() : std::nullopt);
+    const std::optional<int> exitStatus = launch.claim(launchToken, [](const ActivationToken&) {
+        // The review window comes with the review side; until then the request is only acknowledged.
+        printLine(QStringLiteral("Kestrum: another launch asked for the review window"));
+    });
+    if (exitStatus) {
+        printLine(QStringLiteral("Kestrum is already running; it was asked to show its review window"));
+        return *exitStatus;
+    }
 
     RecordingSide recordingSide(makePlatformServices());
     printLine(QStringLiteral("Kestrum is running; recordings go to ") +
@@ -43,16 +66,21 @@ int main(int argc, char** argv) {
         &recordingSide.coordinator(), &RecordingCoordinator::currentStatusChanged,
         [](RecordingStatus status) { printLine(QStringLiteral("Kestrum status: ") + rawValue(status)); });
 
-    TerminationSignals terminationSignals;
-    std::optional<Job<void>> termination;
-    QObject::connect(&terminationSignals, &TerminationSignals::terminationRequested, [&](int) {
-        if (termination) return;  // a second signal waits for the same finalisation
-        printLine(QStringLiteral("Kestrum is quitting; finishing an active recording first"));
-        termination = Job<void>::start([&](CancellationToken) -> QCoro::Task<void> {
-            auto prepared = recordingSide.prepareForTermination();
-            co_await std::move(prepared);
-            QGuiApplication::quit();
-        });
+    KestrumAppDelegate delegate(
+        windows, {{}, {}, {}, [&recordingSide] { return recordingSide.prepareForTermination(); }});
+    delegate.applicationDidFinishLaunching();
+    const auto requestTermination = [&delegate] {
+        if (!delegate.isTerminationPending()) {
+            printLine(QStringLiteral("Kestrum is quitting; finishing an active recording first"));
+        }
+        delegate.applicationShouldTerminate();  // a second request waits for the same finalisation
+    };
+    QObject::connect(&terminationSignals, &TerminationSignals::terminationRequested, requestTermination);
+    const Subscription sessionEnding =
+        recordingSide.services().sessionEndInhibitor->observeSessionEnding(requestTermination);
+    QObject::connect(&delegate, &KestrumAppDelegate::terminationReplied, [&delegate] {
+        delegate.applicationWillTerminate();
+        QGuiApplication::quit();
     });
     return QGuiApplication::exec();
 }

@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cstring>
+
 namespace kestrum::test {
 
 void usePrivateHome(const QString& root) {
@@ -50,6 +52,13 @@ void processEventsFor(int milliseconds) {
     QElapsedTimer timer;
     timer.start();
     while (timer.elapsed() < milliseconds) QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+}
+
+bool onlyListsTests(int argc, char** argv) {
+    for (int index = 1; index < argc; ++index) {
+        if (std::strcmp(argv[index], "--gtest_list_tests") == 0) return true;
+    }
+    return false;
 }
 
 }  // namespace kestrum::test

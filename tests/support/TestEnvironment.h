@@ -26,6 +26,10 @@ bool waitUntil(Predicate predicate, int timeoutMs = 5000);
 
 void processEventsFor(int milliseconds);
 
+// Whether the test program was started only to list its tests (CTest's discovery), when a main need not
+// start any server.
+bool onlyListsTests(int argc, char** argv);
+
 }  // namespace kestrum::test
 
 #include <QCoreApplication>

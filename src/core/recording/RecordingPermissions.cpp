@@ -6,11 +6,12 @@ namespace kestrum {
 
 RecordingPermissions::RecordingPermissions(ScreenCaptureAccess& screenCaptureAccess,
                                            MicrophoneAccess& microphoneAccess, SettingsOpener& settingsOpener,
-                                           QObject* parent)
+                                           QString settingsErrorText, QObject* parent)
     : QObject(parent),
       screenCaptureAccess_(screenCaptureAccess),
       microphoneAccess_(microphoneAccess),
       settingsOpener_(settingsOpener),
+      settingsErrorText_(std::move(settingsErrorText)),
       hasScreenAccess_(screenCaptureAccess.preflight()),
       microphoneStatus_(microphoneAccess.status()) {}
 
@@ -63,7 +64,7 @@ void RecordingPermissions::openSettings(const QString& anchor) {
     if (link.isValid() && settingsOpener_.openSettingsLink(link)) {
         publish(settingsError_, std::optional<QString>());
     } else {
-        publish(settingsError_, std::optional<QString>(kSettingsErrorText));
+        publish(settingsError_, std::optional<QString>(settingsErrorText_));
     }
 }
 

@@ -34,8 +34,11 @@ class RecordingPermissions : public QObject {
     static inline const QString kSettingsErrorText =
         QStringLiteral("Open System Settings → Privacy & Security to manage access for Kestrum.");
 
+    // `settingsErrorText` is what `settingsError` says when the settings cannot be opened; a platform with
+    // no settings pane for these permissions gives its own advice there.
     RecordingPermissions(ScreenCaptureAccess& screenCaptureAccess, MicrophoneAccess& microphoneAccess,
-                         SettingsOpener& settingsOpener, QObject* parent = nullptr);
+                         SettingsOpener& settingsOpener, QString settingsErrorText = kSettingsErrorText,
+                         QObject* parent = nullptr);
 
     bool hasScreenAccess() const { return hasScreenAccess_; }
     MicrophoneAccess::Status microphoneStatus() const { return microphoneStatus_; }
@@ -69,6 +72,7 @@ class RecordingPermissions : public QObject {
     ScreenCaptureAccess& screenCaptureAccess_;
     MicrophoneAccess& microphoneAccess_;
     SettingsOpener& settingsOpener_;
+    const QString settingsErrorText_;
 
     bool hasScreenAccess_ = false;
     MicrophoneAccess::Status microphoneStatus_ = MicrophoneAccess::Status::notDetermined;

@@ -13,25 +13,13 @@
 #include <QTemporaryDir>
 
 #include <cstdio>
-#include <cstring>
-
-namespace {
-
-bool onlyListing(int argc, char** argv) {
-    for (int index = 1; index < argc; ++index) {
-        if (std::strcmp(argv[index], "--gtest_list_tests") == 0) return true;
-    }
-    return false;
-}
-
-}  // namespace
 
 int main(int argc, char** argv) {
     QTemporaryDir home(QDir::tempPath() + QStringLiteral("/kestrum-test-XXXXXX"));
     if (!home.isValid()) return 2;
     kestrum::test::usePrivateHome(home.path());
     kestrum::test::XvfbServer display;
-    if (onlyListing(argc, argv)) {
+    if (kestrum::test::onlyListsTests(argc, argv)) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     } else if (display.start(1920, 1080)) {
         qputenv("QT_QPA_PLATFORM", "xcb");

@@ -82,6 +82,17 @@ xcb_atom_t XcbConnection::wmStateAtom() {
     return *wmState_;
 }
 
+xcb_atom_t XcbConnection::atom(const QByteArray& name) {
+    const auto known = atoms_.find(name);
+    if (known != atoms_.end()) return known->second;
+    const auto reply =
+        wait(xcb_intern_atom_reply,
+             xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.constData()));
+    if (!reply) return XCB_ATOM_NONE;  // not kept: a broken connection stays broken anyway
+    atoms_.emplace(name, reply->atom);
+    return reply->atom;
+}
+
 bool XcbConnection::supportsRandrMonitors() {
     if (!randrMonitors_) {
         const xcb_query_extension_reply_t* extension = xcb_get_extension_data(connection_, &xcb_randr_id);

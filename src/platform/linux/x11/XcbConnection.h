@@ -2,6 +2,7 @@
 
 #include "base/common/Result.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <xcb/xcb.h>
@@ -11,6 +12,7 @@
 #include <cstdlib>
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -56,6 +58,9 @@ class XcbConnection {
     xcb_ewmh_connection_t& ewmh();
     // The ICCCM WM_STATE atom, which a window manager puts on the client windows it manages.
     xcb_atom_t wmStateAtom();
+    // The atom of `name`, interned on first use (one round trip) and kept; XCB_ATOM_NONE on a broken
+    // connection.
+    xcb_atom_t atom(const QByteArray& name);
     // Whether the server speaks RandR 1.5 (GetMonitors); asked once.
     bool supportsRandrMonitors();
 
@@ -112,6 +117,7 @@ class XcbConnection {
     const xcb_screen_t* screen_;  // owned by the connection's setup data
     std::unique_ptr<xcb_ewmh_connection_t> ewmh_;
     std::optional<xcb_atom_t> wmState_;
+    std::map<QByteArray, xcb_atom_t> atoms_;
     std::optional<bool> randrMonitors_;
     std::deque<PendingReply> pending_;  // in request order, which is the order replies arrive in
 };

@@ -1,5 +1,7 @@
 #include "FakeFileManager.h"
 #include "platform/linux/freedesktop/FreedesktopFileActions.h"
+#include "support/PrivateSessionBus.h"
+#include "support/RequiredServer.h"
 #include "support/TestEnvironment.h"
 
 #include <gtest/gtest.h>
@@ -9,8 +11,6 @@
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QThread>
 
 namespace kestrum::test {
@@ -70,13 +70,9 @@ TEST(FreedesktopFileActions, CopyTextReplacesTheClipboard) {
 // A private session bus: first with no file manager on it, so reveal opens the folder; then with one,
 // which must receive the item's URI.
 TEST(FreedesktopFileActions, RevealAsksTheFileManagerAndFallsBackToTheFolder) {
-    if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty())
-        GTEST_SKIP() << "no dbus-daemon";
-    QProcess daemon;
-    daemon.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                                                 QStringLiteral("--print-address=1")});
-    ASSERT_TRUE(daemon.waitForReadyRead(5000));
-    const QString address = QString::fromUtf8(daemon.readLine()).trimmed();
+    PrivateSessionBus bus;
+    KESTRUM_REQUIRE_SERVER(bus.start(), bus.failure());
+    const QString address = bus.address();
     qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
     ASSERT_TRUE(QDBusConnection::sessionBus().isConnected());
 
@@ -107,8 +103,6 @@ TEST(FreedesktopFileActions, RevealAsksTheFileManagerAndFallsBackToTheFolder) {
     QDBusConnection::disconnectFromBus(QStringLiteral("file-manager"));
     managerThread.quit();
     managerThread.wait();
-    daemon.terminate();
-    daemon.waitForFinished(3000);
 }
 
 }  // namespace

@@ -1,0 +1,9 @@
+#include "core/shell/BuildVersion.h"
+
+namespace kestrum {
+
+QString buildVersion() {
+    return QStringLiteral(KESTRUM_VERSION);
+}
+
+}  // namespace kestrum

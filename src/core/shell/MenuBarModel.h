@@ -1,0 +1,135 @@
+#pragma once
+
+#include "core/recording/RecordingPermissions.h"
+#include "core/recording/RecordingStatus.h"
+#include "core/shell/AppWindowPresenter.h"
+#include "core/shell/StorageUsageRefresh.h"
+#include "platform/ports/ApplicationWindows.h"
+
+#include <QObject>
+
+#include <functional>
+
+namespace kestrum {
+
+// The tray's panel: what the recorder is doing, the storage warning, the permission line, and the
+// commands for the review window, League Share, the settings and quitting. It reads state others own
+// and keeps only what it draws.
+//
+// The panel is a column of fixed width (300) with a padding of 16: "Kestrum" with the status word and
+// mark; the storage warning when there is one; "Open Settings to allow Screen Recording access." while
+// screen capture is not possible; "Open Dashboard"; the League Share controls; "Settings" and "Quit" side
+// by side. League Share is not part of this version yet: its controls are shown, disabled, with a line
+// that says so.
+//
+// Whenever a window of the application gains the focus, the panel reads the permissions again and looks
+// for a visible share window; when one closes, it looks for the share window again.
+//
+// Threads: main thread. Everything given must outlive it.
+class MenuBarModel : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(int width READ width CONSTANT)
+    Q_PROPERTY(int padding READ padding CONSTANT)
+    Q_PROPERTY(QString statusWord READ statusWord NOTIFY changed)
+    Q_PROPERTY(QString statusImageName READ statusImageName NOTIFY changed)
+    Q_PROPERTY(bool statusImageIsSystemSymbol READ statusImageIsSystemSymbol NOTIFY changed)
+    Q_PROPERTY(bool showsStorageWarning READ showsStorageWarning NOTIFY changed)
+    Q_PROPERTY(QString storageWarning READ storageWarning NOTIFY changed)
+    Q_PROPERTY(QString storageWarningSymbol READ storageWarningSymbol CONSTANT)
+    Q_PROPERTY(bool showsPermissionLine READ showsPermissionLine NOTIFY changed)
+    Q_PROPERTY(QString permissionLine READ permissionLine CONSTANT)
+    Q_PROPERTY(QString openDashboardTitle READ openDashboardTitle CONSTANT)
+    Q_PROPERTY(bool isLeagueShareAvailable READ isLeagueShareAvailable CONSTANT)
+    Q_PROPERTY(QString startShareTitle READ startShareTitle CONSTANT)
+    Q_PROPERTY(QString startShareHelp READ startShareHelp CONSTANT)
+    Q_PROPERTY(QString shareNote READ shareNote NOTIFY changed)
+    Q_PROPERTY(bool isShareWindowVisible READ isShareWindowVisible NOTIFY changed)
+    Q_PROPERTY(QString aboutShareTitle READ aboutShareTitle CONSTANT)
+    Q_PROPERTY(QString aboutShareHeader READ aboutShareHeader CONSTANT)
+    Q_PROPERTY(QString aboutShareSymbol READ aboutShareSymbol CONSTANT)
+    Q_PROPERTY(QString aboutShareText READ aboutShareText CONSTANT)
+    Q_PROPERTY(bool isShareInformationShown READ isShareInformationShown WRITE setShareInformationShown NOTIFY
+                   changed)
+    Q_PROPERTY(QString settingsTitle READ settingsTitle CONSTANT)
+    Q_PROPERTY(QString quitTitle READ quitTitle CONSTANT)
+
+  public:
+    // The commands' effects outside the panel. Each is called on the main thread.
+    struct Commands {
+        // DashboardWindowController's showDashboard().
+        std::function<void()> showDashboard;
+        // The toolkit's action that opens (or raises) the settings window.
+        std::function<void()> openSettingsWindow;
+        // The quit request: the delegate's applicationShouldTerminate().
+        std::function<void()> quit;
+    };
+
+    MenuBarModel(RecordingStatus status, RecordingPermissions& permissions, StorageUsageRefresh& storage,
+                 ApplicationWindows& windows, AppWindowPresenter& presenter, Commands commands,
+                 QObject* parent = nullptr);
+
+    QString title() const { return QStringLiteral("Kestrum"); }
+    int width() const { return 300; }
+    int padding() const { return 16; }
+    QString statusWord() const { return rawValue(status_); }
+    QString statusImageName() const;
+    bool statusImageIsSystemSymbol() const;
+    bool showsStorageWarning() const { return !storageWarning().isEmpty(); }
+    QString storageWarning() const;
+    QString storageWarningSymbol() const;
+    bool showsPermissionLine() const { return status_ == RecordingStatus::permissionRequired; }
+    QString permissionLine() const {
+        return QStringLiteral("Open Settings to allow Screen Recording access.");
+    }
+    QString openDashboardTitle() const { return QStringLiteral("Open Dashboard"); }
+    bool isLeagueShareAvailable() const { return false; }
+    QString startShareTitle() const { return QStringLiteral("Start Kestrum Share"); }
+    QString startShareHelp() const { return QStringLiteral("Open a League-only window for Discord or OBS"); }
+    // Why the share controls are disabled.
+    QString shareNote() const;
+    bool isShareWindowVisible() const { return isShareWindowVisible_; }
+    QString aboutShareTitle() const { return QStringLiteral("About Kestrum Share"); }
+    QString aboutShareHeader() const { return QStringLiteral("Kestrum Share"); }
+    QString aboutShareSymbol() const { return QStringLiteral("rectangle.on.rectangle"); }
+    QString aboutShareText() const {
+        return QStringLiteral(
+            "A private window for sharing League in Discord or OBS without showing your desktop or other "
+            "apps.");
+    }
+    bool isShareInformationShown() const { return isShareInformationShown_; }
+    void setShareInformationShown(bool shown);
+    QString settingsTitle() const { return QStringLiteral("Settings"); }
+    QString quitTitle() const { return QStringLiteral("Quit"); }
+
+    // The coordinator's published status.
+    void setStatus(RecordingStatus status);
+
+    // The panel appeared: the first time, storage is measured (later changes refresh it by themselves).
+    Q_INVOKABLE void appeared();
+    Q_INVOKABLE void openDashboard();
+    // Brings the settings window to the front though the panel has the focus (AppWindowPresenter).
+    Q_INVOKABLE void openSettings();
+    Q_INVOKABLE void quit();
+
+  signals:
+    void changed();
+
+  private:
+    void lookForShareWindow();
+
+    RecordingPermissions& permissions_;
+    StorageUsageRefresh& storage_;
+    ApplicationWindows& windows_;
+    AppWindowPresenter& presenter_;
+    const Commands commands_;
+    Subscription keyObserver_;
+    Subscription closeObserver_;
+    // Main thread.
+    RecordingStatus status_;
+    bool isShareWindowVisible_ = false;
+    bool isShareInformationShown_ = false;
+    bool hasAppeared_ = false;
+};
+
+}  // namespace kestrum
