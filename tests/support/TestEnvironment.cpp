@@ -20,6 +20,10 @@ void usePrivateHome(const QString& root) {
     set("XDG_CACHE_HOME", QStringLiteral(".cache"));
     set("XDG_STATE_HOME", QStringLiteral(".local/state"));
     set("XDG_DATA_HOME", QStringLiteral(".local/share"));
+    // The single instance's socket lives here: tests that run at once must not reach each other's program.
+    set("XDG_RUNTIME_DIR", QStringLiteral(".runtime"));
+    QFile::setPermissions(root + QStringLiteral("/.runtime"),
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
 }
 
 QString testHomeDirectory() {

@@ -289,9 +289,10 @@ TEST_F(PulseAudioStreamTest, OurOwnSoundIsLeftOutAndAStreamStartedMidwayIsTakenI
     };
     for (const Expectation& row : expectations) {
         const double amplitude = row.recording.amplitudeOf(row.hz, row.fromNs, row.toNs);
-        // Played at 0.3; a leak of ours would be far above -40 dB of that.
+        // Played at 0.3; a leak of ours would be far above -40 dB of that. A tone heard may still miss part
+        // of its window when a loaded machine starts the other process's stream late, hence a third of it.
         if (row.heard) {
-            EXPECT_GT(amplitude, 0.2) << row.what;
+            EXPECT_GT(amplitude, 0.1) << row.what;
         } else {
             EXPECT_LT(amplitude, 0.003) << row.what;
         }
