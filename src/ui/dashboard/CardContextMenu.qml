@@ -1,0 +1,84 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import Kestrum.Style
+import Kestrum.Dashboard
+
+// A card's context menu at the pointer: the entries the card's model gives (label, symbol, action), each
+// sent back to the sidebar model with the card's row.
+T.Popup {
+    id: menu
+
+    required property DashboardSidebarModel sidebar
+    property int row: -1
+    property var entries: []
+
+    function openAt(row: int, entries: var, point: point) {
+        menu.row = row;
+        menu.entries = entries;
+        menu.x = point.x;
+        menu.y = point.y;
+        menu.open();
+    }
+
+    objectName: "cardContextMenu"
+    padding: Style.spacingXS
+    implicitWidth: 220
+    implicitHeight: column.implicitHeight + 2 * padding
+
+    background: Rectangle {
+        radius: Style.radiusMedium
+        color: Style.surface
+        border.color: Style.border
+        border.width: Style.hairline
+    }
+
+    contentItem: Column {
+        id: column
+
+        Repeater {
+            model: menu.entries
+
+            delegate: Rectangle {
+                id: entry
+
+                required property var modelData
+
+                objectName: "contextEntry:" + entry.modelData.label
+                width: column.width
+                height: 28
+                radius: Style.radiusSmall
+                color: entryHover.hovered ? Style.accent : "transparent"
+
+                LucideIcon {
+                    x: Style.spacingS
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: Style.iconSmall
+                    height: Style.iconSmall
+                    symbolName: entry.modelData.symbol
+                    color: entryHover.hovered ? Style.textOnAccent : Style.textSecondary
+                }
+
+                Text {
+                    x: Style.spacingS + Style.iconSmall + Style.spacingM
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: entry.modelData.label
+                    font: Style.callout
+                    color: entryHover.hovered ? Style.textOnAccent : Style.textPrimary
+                }
+
+                HoverHandler {
+                    id: entryHover
+                }
+
+                TapHandler {
+                    onTapped: {
+                        menu.close();
+                        menu.sidebar.triggerContextAction(menu.row, entry.modelData.action);
+                    }
+                }
+            }
+        }
+    }
+}

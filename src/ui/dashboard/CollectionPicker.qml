@@ -1,0 +1,82 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Kestrum.Style
+import Kestrum.Review
+import Kestrum.Dashboard
+
+// The two collections (every full match, the favourites) side by side, each with its symbol and count;
+// the chosen one stands out.
+Rectangle {
+    id: picker
+
+    required property DashboardSidebarModel sidebar
+
+    implicitHeight: 30
+    radius: Style.radiusMedium
+    color: Style.surfaceSunken
+    border.color: Style.border
+    border.width: Style.hairline
+
+    Row {
+        anchors.fill: parent
+        anchors.margins: 2
+
+        Repeater {
+            model: picker.sidebar.collections
+
+            delegate: Rectangle {
+                id: segment
+
+                required property int collection
+                required property string title
+                required property string symbol
+                required property string countText
+                required property bool isSelected
+
+                objectName: "collection:" + segment.collection
+                width: (picker.width - 4) / 2
+                height: picker.height - 4
+                radius: Style.radiusSmall
+                color: segment.isSelected ? Style.surface : (segmentHover.hovered ? Style.surfaceHovered : "transparent")
+                border.color: segment.isSelected ? Style.border : "transparent"
+                border.width: Style.hairline
+
+                Row {
+                    anchors.centerIn: parent
+                    spacing: Style.spacingXS
+
+                    LucideIcon {
+                        anchors.verticalCenter: parent.verticalCenter
+                        width: Style.iconSmall
+                        height: Style.iconSmall
+                        symbolName: segment.symbol
+                        color: segment.isSelected ? Style.accent : Style.textSecondary
+                    }
+
+                    Text {
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: segment.title
+                        font: segment.isSelected ? Style.captionSemibold : Style.caption
+                        color: segment.isSelected ? Style.textPrimary : Style.textSecondary
+                    }
+
+                    Text {
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: segment.countText
+                        font: Style.caption
+                        color: Style.textTertiary
+                    }
+                }
+
+                HoverHandler {
+                    id: segmentHover
+                }
+
+                TapHandler {
+                    onTapped: picker.sidebar.selectCollection(segment.collection)
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,352 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Kestrum.Style
+import Kestrum.Dashboard
+
+// One recording in the sidebar: map art behind, the champion's portrait with the role's art, the KDA
+// line and ratio, the map, and the favourite star under the pointer; a pending deletion's countdown with
+// its undo in place of that body; the damaged movie's note. Clicks, the star, the context menu and the
+// swipe all go to the sidebar model by row; the card only draws the swipe's offset and symbol.
+Item {
+    id: card
+
+    required property DashboardSidebarModel sidebar
+    required property int index
+    required property string moviePath
+    required property string title
+    required property string mapArtName
+    required property string mapLabel
+    required property string championIdentifier
+    required property string championVersion
+    required property string roleArtName
+    required property string roleLabel
+    required property string kdaLine
+    required property string kdaRatio
+    required property string kdaHelp
+    required property bool isSelected
+    required property bool isFavorite
+    required property string favoriteSymbol
+    required property string favoriteHelp
+    required property bool isPendingDeletion
+    required property string pendingTitle
+    required property string pendingCountdown
+    required property string pendingSymbol
+    required property bool isDamaged
+    required property string damagedText
+    required property string accessibleLabel
+    required property string leadingSymbol
+    required property string trailingSymbol
+    required property string leadingActionName
+    required property string trailingActionName
+    required property real swipeOffset
+    required property string swipeSide
+    required property real swipeIconScale
+    required property real swipeIconOpacity
+    required property real swipeIconSize
+    required property var contextMenu
+
+    signal contextMenuRequested(int row, var entries, point scenePoint)
+
+    // A drag ends either by a release or by the list taking it over; which one is known only after the
+    // handler has let go, so the end is reported once the event is through.
+    property bool dragWasCanceled: false
+    property point dragEndPoint
+
+    function finishDrag() {
+        if (card.dragWasCanceled)
+            card.sidebar.cancelSwipe(card.index);
+        else
+            card.sidebar.releaseCard(card.index, card.dragEndPoint.x, card.dragEndPoint.y);
+    }
+
+    objectName: "matchCard:" + card.moviePath
+    width: card.sidebar.contentWidth
+    height: 78
+
+    Accessible.role: Accessible.Button
+    Accessible.name: card.accessibleLabel
+
+    // The action uncovered behind the card while it moves aside.
+    LucideIcon {
+        objectName: "swipeSymbol"
+        x: card.swipeSide === "leading" ? Style.spacingL : card.width - width - Style.spacingL
+        anchors.verticalCenter: parent.verticalCenter
+        width: card.swipeIconSize
+        height: card.swipeIconSize
+        visible: card.swipeSide.length > 0
+        opacity: card.swipeIconOpacity
+        scale: card.swipeIconScale
+        symbolName: card.swipeSide === "leading" ? card.leadingSymbol : card.trailingSymbol
+        color: card.swipeSide === "leading" ? Style.yellow : Style.error
+    }
+
+    KestrumCardModifier {
+        id: body
+
+        objectName: "matchCardBody"
+        x: card.swipeOffset
+        width: card.width
+        height: card.height
+        padding: 0
+        lifted: card.isSelected
+
+        Rectangle {
+            anchors.fill: parent
+            radius: Style.radiusCard
+            color: "transparent"
+            border.color: Style.accent
+            border.width: 2
+            visible: card.isSelected
+        }
+
+        // The map behind the card, faint enough that the text reads over it.
+        CommunityDragonIcon {
+            anchors.right: parent.right
+            anchors.rightMargin: Style.spacingXS
+            anchors.verticalCenter: parent.verticalCenter
+            width: 64
+            height: 64
+            opacity: Style.dark ? 0.16 : 0.12
+            artName: card.mapArtName
+            visible: card.mapArtName.length > 0 && !card.isPendingDeletion
+        }
+
+        Row {
+            id: content
+
+            x: card.sidebar.cardHorizontalPadding
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: card.sidebar.cardElementSpacing
+            visible: !card.isPendingDeletion
+
+            Item {
+                width: 44
+                height: 52
+
+                DataDragonImage {
+                    objectName: "championPortrait"
+                    x: 2
+                    y: 0
+                    width: 35
+                    height: 35
+                    kind: DataDragonPicture.Champion
+                    identifier: card.championIdentifier
+                    version: card.championVersion
+                }
+
+                Rectangle {
+                    x: 24
+                    y: 22
+                    width: 20
+                    height: 20
+                    radius: 10
+                    color: Style.surface
+                    border.color: Style.border
+                    border.width: Style.hairline
+                    visible: card.roleArtName.length > 0
+
+                    CommunityDragonIcon {
+                        anchors.centerIn: parent
+                        width: 14
+                        height: 14
+                        artName: card.roleArtName
+                    }
+                }
+
+                Text {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    anchors.bottom: parent.bottom
+                    width: parent.width
+                    horizontalAlignment: Text.AlignHCenter
+                    text: card.roleLabel
+                    font: Style.caption
+                    color: Style.textSecondary
+                    elide: Text.ElideRight
+                }
+            }
+
+            Column {
+                objectName: "kdaColumn"
+                width: 154
+                height: 52
+                spacing: 1
+
+                Text {
+                    width: parent.width
+                    text: card.title
+                    font: Style.calloutSemibold
+                    color: Style.textPrimary
+                    elide: Text.ElideRight
+                }
+
+                Row {
+                    spacing: Style.spacingS
+
+                    Text {
+                        text: card.kdaLine
+                        font: Style.captionSemibold
+                        color: Style.textPrimary
+                    }
+
+                    Text {
+                        text: card.kdaRatio
+                        font: Style.caption
+                        color: Style.textSecondary
+                    }
+                }
+
+                Text {
+                    width: parent.width
+                    text: card.isDamaged ? card.damagedText : card.mapLabel
+                    font: Style.caption
+                    color: card.isDamaged ? Style.error : Style.textTertiary
+                    elide: Text.ElideRight
+                }
+            }
+
+            Item {
+                objectName: "favoriteButton"
+                width: 22
+                height: 26
+                anchors.verticalCenter: parent.verticalCenter
+                visible: body.hovered || card.isFavorite
+
+                LucideIcon {
+                    anchors.centerIn: parent
+                    width: Style.iconSmall
+                    height: Style.iconSmall
+                    symbolName: card.favoriteSymbol
+                    color: card.isFavorite ? Style.yellow : (starHover.hovered ? Style.textPrimary : Style.textTertiary)
+                }
+
+                HoverHandler {
+                    id: starHover
+
+                    cursorShape: Qt.PointingHandCursor
+                }
+
+                MouseArea {
+                    anchors.fill: parent
+                    onClicked: card.sidebar.toggleFavorite(card.index)
+                }
+            }
+        }
+
+        // A pending deletion: the countdown and its undo in place of the body.
+        Item {
+            objectName: "pendingDeletion"
+            anchors.fill: parent
+            anchors.leftMargin: Style.spacingL
+            anchors.rightMargin: Style.spacingL
+            visible: card.isPendingDeletion
+
+            Row {
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: Style.spacingS
+
+                Rectangle {
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: 28
+                    height: 28
+                    radius: 14
+                    color: "transparent"
+                    border.color: Style.error
+                    border.width: 2
+
+                    Text {
+                        anchors.centerIn: parent
+                        text: card.pendingCountdown
+                        font: Style.captionSemibold
+                        color: Style.error
+                    }
+                }
+
+                Column {
+                    anchors.verticalCenter: parent.verticalCenter
+
+                    Text {
+                        text: card.pendingTitle
+                        font: Style.calloutSemibold
+                        color: Style.textPrimary
+                    }
+
+                    Text {
+                        text: card.title
+                        font: Style.caption
+                        color: Style.textSecondary
+                    }
+                }
+            }
+
+            Rectangle {
+                objectName: "undoDeletionButton"
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                width: 30
+                height: 30
+                radius: 15
+                color: undoHover.hovered ? Style.surfaceHovered : Style.surfaceSunken
+                border.color: Style.border
+                border.width: Style.hairline
+
+                LucideIcon {
+                    anchors.centerIn: parent
+                    width: Style.iconSmall
+                    height: Style.iconSmall
+                    symbolName: card.pendingSymbol
+                    color: Style.accent
+                }
+
+                HoverHandler {
+                    id: undoHover
+
+                    cursorShape: Qt.PointingHandCursor
+                }
+
+                MouseArea {
+                    anchors.fill: parent
+                    onClicked: card.sidebar.performSwipeAction(card.index, "trailing")
+                }
+            }
+        }
+    }
+
+    TapHandler {
+        onTapped: card.sidebar.clickCard(card.index)
+    }
+
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        onTapped: (point) => card.contextMenuRequested(card.index, card.contextMenu, point.scenePosition)
+    }
+
+    // Across only: a drag mostly down is the list's. The swipe counts from the press point, in scene
+    // coordinates that do not move with the card.
+    DragHandler {
+        id: swipe
+
+        target: null
+        yAxis.enabled: false
+        onActiveChanged: {
+            if (swipe.active) {
+                card.dragWasCanceled = false;
+                card.sidebar.pressCard(card.index, swipe.centroid.scenePressPosition.x,
+                                       swipe.centroid.scenePressPosition.y);
+                card.dragEndPoint = swipe.centroid.scenePosition;
+                card.sidebar.dragCard(card.index, card.dragEndPoint.x, card.dragEndPoint.y);
+            } else {
+                Qt.callLater(card.finishDrag);
+            }
+        }
+        onCentroidChanged: {
+            if (!swipe.active)
+                return;
+            card.dragEndPoint = swipe.centroid.scenePosition;
+            card.sidebar.dragCard(card.index, card.dragEndPoint.x, card.dragEndPoint.y);
+        }
+        onCanceled: card.dragWasCanceled = true
+    }
+
+    Accessible.onPressAction: card.sidebar.clickCard(card.index)
+}
