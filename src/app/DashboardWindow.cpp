@@ -7,8 +7,10 @@
 #include "ui/dashboard/DashboardTabKeyFilter.h"
 #include "ui/dashboard/DashboardThumbnailProvider.h"
 
+#include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QQmlError>
+#include <QStyleHints>
 
 namespace kestrum {
 
@@ -34,6 +36,8 @@ DashboardWindow::DashboardWindow(RecordingFolderStore& folders, QObject* parent)
     tabKeyFilter_ = std::make_unique<ui::DashboardTabKeyFilter>(*controller_);
     connect(controller_.get(), &DashboardController::thumbnailChanged, this,
             [this] { thumbnails_->setThumbnail(controller_->recordingThumbnail()); });
+    controller_->surface()->setDoubleClickIntervalMs(
+        QGuiApplication::styleHints()->mouseDoubleClickInterval());
     connect(controller_->surface(), &VideoPlayerSurfaceModel::doubleClicked, this,
             &DashboardWindow::toggleFullScreen);
 

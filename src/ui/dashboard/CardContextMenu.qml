@@ -25,7 +25,7 @@ T.Popup {
     objectName: "cardContextMenu"
     padding: Style.spacingXS
     implicitWidth: 220
-    implicitHeight: column.implicitHeight + 2 * padding
+    implicitHeight: column.implicitHeight + menu.topPadding + menu.bottomPadding
 
     background: Rectangle {
         radius: Style.radiusMedium
@@ -34,8 +34,10 @@ T.Popup {
         border.width: Style.hairline
     }
 
-    contentItem: Column {
+    Column {
         id: column
+
+        width: menu.availableWidth
 
         Repeater {
             model: menu.entries

@@ -2,7 +2,6 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Kestrum.Style
-import Kestrum.Review
 import Kestrum.Dashboard
 
 // The two collections (every full match, the favourites) side by side, each with its symbol and count;
@@ -44,6 +43,7 @@ Rectangle {
 
                 Row {
                     anchors.centerIn: parent
+                    width: Math.min(implicitWidth, segment.width - 2 * Style.spacingS)
                     spacing: Style.spacingXS
 
                     LucideIcon {
@@ -56,12 +56,17 @@ Rectangle {
 
                     Text {
                         anchors.verticalCenter: parent.verticalCenter
+                        width: Math.min(implicitWidth, segment.width - 2 * Style.spacingS - Style.iconSmall
+                                        - count.implicitWidth - 2 * Style.spacingXS)
                         text: segment.title
+                        elide: Text.ElideRight
                         font: segment.isSelected ? Style.captionSemibold : Style.caption
                         color: segment.isSelected ? Style.textPrimary : Style.textSecondary
                     }
 
                     Text {
+                        id: count
+
                         anchors.verticalCenter: parent.verticalCenter
                         text: segment.countText
                         font: Style.caption

@@ -149,7 +149,7 @@ Item {
             y: -implicitHeight - Style.spacingS
             padding: Style.spacingXS
             implicitWidth: 84
-            implicitHeight: rates.implicitHeight + 2 * padding
+            implicitHeight: rates.implicitHeight + speedMenu.topPadding + speedMenu.bottomPadding
 
             background: Rectangle {
                 radius: Style.radiusMedium
@@ -158,8 +158,10 @@ Item {
                 border.width: Style.hairline
             }
 
-            contentItem: Column {
+            Column {
                 id: rates
+
+                width: speedMenu.availableWidth
 
                 Repeater {
                     model: player.model.speedRates

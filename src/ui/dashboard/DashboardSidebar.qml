@@ -41,34 +41,13 @@ Rectangle {
         }
 
         TimelineControlButton {
-            objectName: "guideButton"
-            anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
-            implicitHeight: 28
-            symbolName: sidebar.model.guideButtonSymbol
-            toolTip: sidebar.model.guideButtonHelp
-            onClicked: sidebar.model.presentGuide()
-        }
-    }
-
-    Row {
-        id: controls
-
-        x: sidebar.model.edgeInset
-        y: head.y + head.height + Style.spacingM
-        width: sidebar.model.contentWidth
-        spacing: Style.spacingS
-
-        CollectionPicker {
-            width: controls.width - filterButton.width - controls.spacing
-            sidebar: sidebar.model
-        }
-
-        TimelineControlButton {
             id: filterButton
 
             objectName: "filterButton"
-            implicitHeight: 30
+            anchors.right: guideButton.left
+            anchors.rightMargin: Style.spacingXS
+            anchors.verticalCenter: parent.verticalCenter
+            implicitHeight: 28
             symbolName: sidebar.model.filtersSymbol
             toolTip: sidebar.model.filtersTitle
             highlighted: sidebar.model.hasActiveFilters || sidebar.model.isRecordingFiltersPresented
@@ -80,6 +59,27 @@ Rectangle {
                 sidebar: sidebar.model
             }
         }
+
+        TimelineControlButton {
+            id: guideButton
+
+            objectName: "guideButton"
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            implicitHeight: 28
+            symbolName: sidebar.model.guideButtonSymbol
+            toolTip: sidebar.model.guideButtonHelp
+            onClicked: sidebar.model.presentGuide()
+        }
+    }
+
+    CollectionPicker {
+        id: controls
+
+        x: sidebar.model.edgeInset
+        y: head.y + head.height + Style.spacingM
+        width: sidebar.model.contentWidth
+        sidebar: sidebar.model
     }
 
     Row {
@@ -131,30 +131,12 @@ Rectangle {
         activeFocusOnTab: false
         model: sidebar.model.cards
         section.property: "section"
-        section.delegate: Text {
-            required property string section
-
-            width: cards.width
-            height: 26
-            verticalAlignment: Text.AlignVCenter
-            leftPadding: Style.spacingXS
-            text: section
-            font: Style.captionSemibold
-            color: Style.textTertiary
-            elide: Text.ElideRight
-        }
-
         delegate: MatchCard {
             sidebar: sidebar.model
             onContextMenuRequested: (row, entries, scenePoint) => {
                 const local = sidebar.mapFromItem(null, scenePoint);
                 contextMenu.openAt(row, entries, Qt.point(local.x, local.y));
             }
-        }
-
-        // The whole card column, edges included, is clickable; a click hands the keys to the list.
-        TapHandler {
-            onTapped: cards.forceActiveFocus()
         }
 
         Rectangle {

@@ -44,7 +44,6 @@ Rectangle {
         anchors.verticalCenter: parent.verticalCenter
         text: toast.playback.toastTitle
         font: Style.calloutSemibold
-        font.features: {"tnum": 1}
         color: Style.textPrimary
     }
 }

@@ -45,24 +45,30 @@ Item {
     required property real swipeIconOpacity
     required property real swipeIconSize
     required property var contextMenu
+    required property string section
+    // The first card of a session carries the session's header above it.
+    readonly property bool startsSection: card.ListView.section !== card.ListView.previousSection
+    readonly property real headerHeight: card.startsSection ? 26 : 0
+    readonly property real cardHeight: 78
 
     signal contextMenuRequested(int row, var entries, point scenePoint)
 
-    // A drag ends either by a release or by the list taking it over; which one is known only after the
-    // handler has let go, so the end is reported once the event is through.
-    property bool dragWasCanceled: false
-    property point dragEndPoint
-
-    function finishDrag() {
-        if (card.dragWasCanceled)
-            card.sidebar.cancelSwipe(card.index);
-        else
-            card.sidebar.releaseCard(card.index, card.dragEndPoint.x, card.dragEndPoint.y);
-    }
-
     objectName: "matchCard:" + card.moviePath
     width: card.sidebar.contentWidth
-    height: 78
+    height: card.cardHeight + card.headerHeight
+
+    Text {
+        objectName: "sessionHeader"
+        visible: card.startsSection
+        width: card.width
+        height: card.headerHeight
+        verticalAlignment: Text.AlignVCenter
+        leftPadding: Style.spacingXS
+        text: card.section
+        font: Style.captionSemibold
+        color: Style.textTertiary
+        elide: Text.ElideRight
+    }
 
     Accessible.role: Accessible.Button
     Accessible.name: card.accessibleLabel
@@ -71,7 +77,7 @@ Item {
     LucideIcon {
         objectName: "swipeSymbol"
         x: card.swipeSide === "leading" ? Style.spacingL : card.width - width - Style.spacingL
-        anchors.verticalCenter: parent.verticalCenter
+        y: card.headerHeight + (card.cardHeight - height) / 2
         width: card.swipeIconSize
         height: card.swipeIconSize
         visible: card.swipeSide.length > 0
@@ -81,13 +87,65 @@ Item {
         color: card.swipeSide === "leading" ? Style.yellow : Style.error
     }
 
+    // The pointer on the card: a click plays it, the right button opens the menu, and a drag across is
+    // the swipe, counted from the press point in scene coordinates (which do not move with the card).
+    // The drag's proxy only tells the mouse area that a drag across has begun, so that a swipe is no
+    // click and the list does not take a drag across for a scroll; a drag mostly down is the list's, which
+    // then cancels the swipe.
+    MouseArea {
+        id: pointer
+
+        objectName: "matchCardPointer"
+        y: card.headerHeight
+        width: card.width
+        height: card.cardHeight
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        hoverEnabled: false
+        drag.target: dragProxy
+        drag.axis: Drag.XAxis
+        onPressed: mouse => {
+            // A card taken in hand gives the keys to the list (Up, Down and Delete are the list's).
+            card.ListView.view.forceActiveFocus();
+            if (mouse.button !== Qt.LeftButton)
+                return;
+            const point = pointer.mapToItem(null, mouse.x, mouse.y);
+            card.sidebar.pressCard(card.index, point.x, point.y);
+        }
+        onPositionChanged: mouse => {
+            const point = pointer.mapToItem(null, mouse.x, mouse.y);
+            card.sidebar.dragCard(card.index, point.x, point.y);
+        }
+        onReleased: mouse => {
+            if (mouse.button !== Qt.LeftButton)
+                return;
+            const point = pointer.mapToItem(null, mouse.x, mouse.y);
+            card.sidebar.releaseCard(card.index, point.x, point.y);
+            dragProxy.x = 0;
+        }
+        onCanceled: {
+            card.sidebar.cancelSwipe(card.index);
+            dragProxy.x = 0;
+        }
+        onClicked: mouse => {
+            if (mouse.button === Qt.RightButton)
+                card.contextMenuRequested(card.index, card.contextMenu, pointer.mapToItem(null, mouse.x, mouse.y));
+            else
+                card.sidebar.clickCard(card.index);
+        }
+    }
+
+    Item {
+        id: dragProxy
+    }
+
     KestrumCardModifier {
         id: body
 
         objectName: "matchCardBody"
         x: card.swipeOffset
+        y: card.headerHeight
         width: card.width
-        height: card.height
+        height: card.cardHeight
         padding: 0
         lifted: card.isSelected
 
@@ -310,42 +368,6 @@ Item {
                 }
             }
         }
-    }
-
-    TapHandler {
-        onTapped: card.sidebar.clickCard(card.index)
-    }
-
-    TapHandler {
-        acceptedButtons: Qt.RightButton
-        onTapped: (point) => card.contextMenuRequested(card.index, card.contextMenu, point.scenePosition)
-    }
-
-    // Across only: a drag mostly down is the list's. The swipe counts from the press point, in scene
-    // coordinates that do not move with the card.
-    DragHandler {
-        id: swipe
-
-        target: null
-        yAxis.enabled: false
-        onActiveChanged: {
-            if (swipe.active) {
-                card.dragWasCanceled = false;
-                card.sidebar.pressCard(card.index, swipe.centroid.scenePressPosition.x,
-                                       swipe.centroid.scenePressPosition.y);
-                card.dragEndPoint = swipe.centroid.scenePosition;
-                card.sidebar.dragCard(card.index, card.dragEndPoint.x, card.dragEndPoint.y);
-            } else {
-                Qt.callLater(card.finishDrag);
-            }
-        }
-        onCentroidChanged: {
-            if (!swipe.active)
-                return;
-            card.dragEndPoint = swipe.centroid.scenePosition;
-            card.sidebar.dragCard(card.index, card.dragEndPoint.x, card.dragEndPoint.y);
-        }
-        onCanceled: card.dragWasCanceled = true
     }
 
     Accessible.onPressAction: card.sidebar.clickCard(card.index)

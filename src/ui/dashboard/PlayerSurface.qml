@@ -2,17 +2,12 @@ import QtQuick
 import Kestrum.Dashboard
 
 // The surface the movie plays on. Every press goes to the surface model with its click count: it waits
-// out the double-click interval before a single click counts, so a double click never toggles playback.
+// out the double-click interval (the platform's, which the window's owner gives the model) before a
+// single click counts, so a double click never toggles playback.
 PlayerLayerView {
     id: surface
 
     required property VideoPlayerSurfaceModel model
-
-    Binding {
-        target: surface.model
-        property: "doubleClickIntervalMs"
-        value: Qt.styleHints.mouseDoubleClickInterval
-    }
 
     MouseArea {
         objectName: "playerSurfaceClicks"

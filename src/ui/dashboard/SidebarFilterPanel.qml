@@ -27,7 +27,9 @@ T.Popup {
         border.width: Style.hairline
     }
 
-    contentItem: Column {
+    Column {
+        width: panel.availableWidth
+
         ListView {
             id: choices
 
@@ -37,30 +39,41 @@ T.Popup {
             model: panel.sidebar.filterChoices
             boundsBehavior: Flickable.StopAtBounds
             section.property: "group"
-            section.delegate: Text {
-                required property string section
-
-                width: choices.width
-                height: 24
-                verticalAlignment: Text.AlignBottom
-                leftPadding: Style.spacingS
-                bottomPadding: Style.spacingXXS
-                text: section
-                font: Style.captionSemibold
-                color: Style.textTertiary
-            }
-
-            delegate: Rectangle {
+            // The first choice of each group carries the group's title above it.
+            delegate: Item {
                 id: choice
 
                 required property int index
+                required property string group
                 required property string label
                 required property bool isSelected
+                readonly property bool startsGroup: choice.ListView.section !== choice.ListView.previousSection
 
                 width: choices.width
-                height: 26
-                radius: Style.radiusSmall
-                color: choiceHover.hovered ? Style.surfaceHovered : "transparent"
+                height: row.height + (choice.startsGroup ? groupTitle.height : 0)
+
+                Text {
+                    id: groupTitle
+
+                    visible: choice.startsGroup
+                    width: parent.width
+                    height: 24
+                    verticalAlignment: Text.AlignBottom
+                    leftPadding: Style.spacingS
+                    bottomPadding: Style.spacingXXS
+                    text: choice.group
+                    font: Style.captionSemibold
+                    color: Style.textTertiary
+                }
+
+                Rectangle {
+                    id: row
+
+                    y: choice.startsGroup ? groupTitle.height : 0
+                    width: parent.width
+                    height: 26
+                    radius: Style.radiusSmall
+                    color: choiceHover.hovered ? Style.surfaceHovered : "transparent"
 
                 LucideIcon {
                     x: Style.spacingS
@@ -88,6 +101,7 @@ T.Popup {
 
                 TapHandler {
                     onTapped: panel.sidebar.chooseFilter(choice.index)
+                }
                 }
             }
         }
