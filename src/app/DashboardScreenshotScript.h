@@ -24,7 +24,7 @@ class DashboardScreenshotScript final : public QObject {
 
   public:
     static constexpr int kPollMs = 100;
-    static constexpr int kLibraryWaitMs = 3000;
+    static constexpr int kLibraryWaitMs = 15000;
     static constexpr int kSettleMs = 1500;
     static constexpr int kScreenshotTimeoutMs = 20000;
 

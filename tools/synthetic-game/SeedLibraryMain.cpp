@@ -1,7 +1,8 @@
 // kestrum-seed-library FOLDER [COUNT]: a library of made-up recordings to look at the review window on.
 // Each recording is a session document of the synthetic game (its own seed) beside a short test-pattern
 // movie made by ffmpeg, named as the recorder names its files, so that the local player (and so the
-// champion, the lane, the KDA and the result) differs from one to the next; they fall on different days.
+// champion, the lane, the KDA and the result) differs from one to the next. (The library dates a
+// recording by its file's birth time, so they all fall on the day they are written.)
 // One more recording has a movie that is not a movie, to show the damaged state.
 #include "SyntheticGame.h"
 #include "SyntheticRoster.h"
@@ -17,7 +18,8 @@
 
 namespace {
 
-constexpr double kMovieSeconds = 150;
+// Long enough for a game with kills on every side, small enough to be written in seconds.
+constexpr double kMovieSeconds = 900;
 
 bool writeFile(const QString& path, const QByteArray& bytes) {
     QFile file(path);
@@ -29,11 +31,11 @@ bool writeMovie(const QString& path, int index) {
     ffmpeg.start(QStringLiteral("ffmpeg"),
                  {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y"), QStringLiteral("-f"),
                   QStringLiteral("lavfi"), QStringLiteral("-i"),
-                  QStringLiteral("testsrc2=size=1280x720:rate=10:duration=%1,hue=h=%2")
+                  QStringLiteral("testsrc2=size=640x360:rate=5:duration=%1,hue=h=%2")
                       .arg(kMovieSeconds)
                       .arg(index * 40),
                   QStringLiteral("-c:v"), QStringLiteral("libx264"), QStringLiteral("-preset"),
-                  QStringLiteral("ultrafast"), QStringLiteral("-g"), QStringLiteral("20"),
+                  QStringLiteral("ultrafast"), QStringLiteral("-g"), QStringLiteral("10"),
                   QStringLiteral("-pix_fmt"), QStringLiteral("yuv420p"), path});
     return ffmpeg.waitForFinished(120000) && ffmpeg.exitCode() == 0;
 }

@@ -232,7 +232,8 @@ Rectangle {
             y: movieArea.height
             width: parent.width
             height: implicitHeight
-            visible: view.controller.hasSelection && !view.controller.showsDamagedMessage
+            // A damaged movie keeps its events: the strip stays under the message.
+            visible: view.controller.hasSelection
             model: view.controller.timeline
         }
     }

@@ -158,18 +158,6 @@ Item {
             visible: card.isSelected
         }
 
-        // The map behind the card, faint enough that the text reads over it.
-        CommunityDragonIcon {
-            anchors.right: parent.right
-            anchors.rightMargin: Style.spacingXS
-            anchors.verticalCenter: parent.verticalCenter
-            width: 64
-            height: 64
-            opacity: Style.dark ? 0.16 : 0.12
-            artName: card.mapArtName
-            visible: card.mapArtName.length > 0 && !card.isPendingDeletion
-        }
-
         Row {
             id: content
 
@@ -224,9 +212,12 @@ Item {
                 }
             }
 
+            // The KDA column: at least its 154 points, and whatever the card leaves beside the star.
             Column {
                 objectName: "kdaColumn"
-                width: 154
+                width: Math.max(154, card.width - 2 * card.sidebar.cardHorizontalPadding - 44
+                                         - card.sidebar.cardElementSpacing
+                                         - (favorite.visible ? favorite.width + card.sidebar.cardElementSpacing : 0))
                 height: 52
                 spacing: 1
 
@@ -254,16 +245,40 @@ Item {
                     }
                 }
 
-                Text {
+                Row {
                     width: parent.width
-                    text: card.isDamaged ? card.damagedText : card.mapLabel
-                    font: Style.caption
-                    color: card.isDamaged ? Style.error : Style.textTertiary
-                    elide: Text.ElideRight
+                    spacing: Style.spacingXS
+
+                    CommunityDragonIcon {
+                        anchors.verticalCenter: parent.verticalCenter
+                        width: 14
+                        height: 14
+                        visible: card.mapArtName.length > 0 && !card.isDamaged
+                        artName: card.mapArtName
+                    }
+
+                    LucideIcon {
+                        anchors.verticalCenter: parent.verticalCenter
+                        width: 12
+                        height: 12
+                        visible: card.isDamaged
+                        symbolName: "exclamationmark.triangle.fill"
+                        color: Style.error
+                    }
+
+                    Text {
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: card.isDamaged ? card.damagedText : card.mapLabel
+                        font: Style.caption
+                        color: card.isDamaged ? Style.error : Style.textTertiary
+                        elide: Text.ElideRight
+                    }
                 }
             }
 
             Item {
+                id: favorite
+
                 objectName: "favoriteButton"
                 width: 22
                 height: 26
