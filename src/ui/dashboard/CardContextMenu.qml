@@ -27,11 +27,9 @@ T.Popup {
     implicitWidth: 220
     implicitHeight: column.implicitHeight + menu.topPadding + menu.bottomPadding
 
-    background: Rectangle {
-        radius: Style.radiusMedium
-        color: Style.surface
-        border.color: Style.border
-        border.width: Style.hairline
+    background: KestrumCardModifier {
+        hoverEnabled: false
+        padding: 0
     }
 
     Column {

@@ -151,11 +151,9 @@ Item {
             implicitWidth: 84
             implicitHeight: rates.implicitHeight + speedMenu.topPadding + speedMenu.bottomPadding
 
-            background: Rectangle {
-                radius: Style.radiusMedium
-                color: Style.surface
-                border.color: Style.border
-                border.width: Style.hairline
+            background: KestrumCardModifier {
+                hoverEnabled: false
+                padding: 0
             }
 
             Column {

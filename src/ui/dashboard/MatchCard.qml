@@ -337,6 +337,7 @@ Item {
 
                 Column {
                     anchors.verticalCenter: parent.verticalCenter
+                    width: card.width - 2 * Style.spacingL - 28 - 30 - 2 * Style.spacingS
 
                     Text {
                         text: card.pendingTitle
@@ -345,9 +346,11 @@ Item {
                     }
 
                     Text {
+                        width: parent.width
                         text: card.title
                         font: Style.caption
                         color: Style.textSecondary
+                        elide: Text.ElideRight
                     }
                 }
             }

@@ -20,11 +20,9 @@ T.Popup {
     implicitHeight: Math.min(420, choices.contentHeight + clearRow.height + 2 * panel.padding)
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
 
-    background: Rectangle {
-        radius: Style.radiusMedium
-        color: Style.surface
-        border.color: Style.border
-        border.width: Style.hairline
+    background: KestrumCardModifier {
+        hoverEnabled: false
+        padding: 0
     }
 
     Column {
