@@ -232,8 +232,8 @@ Rectangle {
             y: movieArea.height
             width: parent.width
             height: implicitHeight
-            // A damaged movie keeps its events: the strip stays under the message.
-            visible: view.controller.hasSelection
+            // A movie that cannot be played has no time to show: its message stands alone.
+            visible: view.controller.hasSelection && !view.controller.showsDamagedMessage
             model: view.controller.timeline
         }
     }
