@@ -79,14 +79,11 @@ void DashboardScreenshotScript::takeScreenshot() {
         window_.view(), [this] { return isSettled(); }, kScreenshotTimeoutMs, this);
     const QString path = *options_.screenshotPath;
     connect(screenshot, &ui::WindowScreenshot::grabbed, this, [path](const QImage& picture) {
-        if (picture.isNull() || !picture.save(path, "PNG")) {
+        if (!ui::savePicture(picture, path)) {
             std::fprintf(stderr, "kestrum: cannot write the screenshot to %s\n", qPrintable(path));
             QCoreApplication::exit(1);
             return;
         }
-        std::fprintf(stdout, "screenshot written to %s (%dx%d)\n", qPrintable(path), picture.width(),
-                     picture.height());
-        std::fflush(stdout);
         QCoreApplication::exit(0);
     });
 }
