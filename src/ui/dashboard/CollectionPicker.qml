@@ -4,8 +4,8 @@ import QtQuick
 import Kestrum.Style
 import Kestrum.Dashboard
 
-// The two collections (every full match, the favourites) side by side, each with its symbol and count;
-// the chosen one stands out.
+// The two collections (every full match, the favourites) side by side, each with its count; the chosen
+// one stands out (the header under the picker shows its symbol).
 Rectangle {
     id: picker
 
@@ -29,7 +29,6 @@ Rectangle {
 
                 required property int collection
                 required property string title
-                required property string symbol
                 required property string countText
                 required property bool isSelected
 
@@ -46,18 +45,10 @@ Rectangle {
                     width: Math.min(implicitWidth, segment.width - 2 * Style.spacingS)
                     spacing: Style.spacingXS
 
-                    LucideIcon {
-                        anchors.verticalCenter: parent.verticalCenter
-                        width: Style.iconSmall
-                        height: Style.iconSmall
-                        symbolName: segment.symbol
-                        color: segment.isSelected ? Style.accent : Style.textSecondary
-                    }
-
                     Text {
                         anchors.verticalCenter: parent.verticalCenter
-                        width: Math.min(implicitWidth, segment.width - 2 * Style.spacingS - Style.iconSmall
-                                        - count.implicitWidth - 2 * Style.spacingXS)
+                        width: Math.min(implicitWidth, segment.width - 2 * Style.spacingS - count.implicitWidth
+                                        - Style.spacingXS)
                         text: segment.title
                         elide: Text.ElideRight
                         font: segment.isSelected ? Style.captionSemibold : Style.caption
