@@ -7,16 +7,14 @@
 #include "ui/dashboard/DashboardTabKeyFilter.h"
 #include "ui/dashboard/DashboardThumbnailProvider.h"
 
+#include <QDebug>
 #include <QGuiApplication>
-#include <QLoggingCategory>
 #include <QQmlError>
 #include <QStyleHints>
 
 namespace kestrum {
 
 namespace {
-
-Q_LOGGING_CATEGORY(dashboardWindowLog, "kestrum.dashboard")
 
 const QUrl kViewUrl(QStringLiteral("qrc:/qt/qml/Kestrum/Dashboard/DashboardView.qml"));
 
@@ -60,7 +58,7 @@ DashboardWindow::~DashboardWindow() {
 
 bool DashboardWindow::show() {
     if (view_->status() != QQuickView::Ready) {
-        for (const QQmlError& error : view_->errors()) qCWarning(dashboardWindowLog) << error.toString();
+        for (const QQmlError& error : view_->errors()) qWarning().noquote() << error.toString();
         return false;
     }
     view_->show();

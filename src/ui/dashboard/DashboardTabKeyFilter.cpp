@@ -1,4 +1,4 @@
-#include "DashboardTabKeyFilter.h"
+#include "ui/dashboard/DashboardTabKeyFilter.h"
 
 #include "core/dashboard/DashboardController.h"
 

@@ -1,4 +1,4 @@
-#include "DashboardThumbnailProvider.h"
+#include "ui/dashboard/DashboardThumbnailProvider.h"
 
 #include <QMutexLocker>
 

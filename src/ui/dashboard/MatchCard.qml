@@ -50,6 +50,7 @@ Item {
     readonly property bool startsSection: card.ListView.section !== card.ListView.previousSection
     readonly property real headerHeight: card.startsSection ? 26 : 0
     readonly property real cardHeight: 78
+    readonly property bool uncoversLeading: card.swipeSide === "leading"
 
     signal contextMenuRequested(int row, var entries, point scenePoint)
 
@@ -76,15 +77,15 @@ Item {
     // The action uncovered behind the card while it moves aside.
     LucideIcon {
         objectName: "swipeSymbol"
-        x: card.swipeSide === "leading" ? Style.spacingL : card.width - width - Style.spacingL
+        x: card.uncoversLeading ? Style.spacingL : card.width - width - Style.spacingL
         y: card.headerHeight + (card.cardHeight - height) / 2
         width: card.swipeIconSize
         height: card.swipeIconSize
         visible: card.swipeSide.length > 0
         opacity: card.swipeIconOpacity
         scale: card.swipeIconScale
-        symbolName: card.swipeSide === "leading" ? card.leadingSymbol : card.trailingSymbol
-        color: card.swipeSide === "leading" ? Style.yellow : Style.error
+        symbolName: card.uncoversLeading ? card.leadingSymbol : card.trailingSymbol
+        color: card.uncoversLeading ? Style.yellow : Style.error
     }
 
     // The pointer on the card: a click plays it, the right button opens the menu, and a drag across is
