@@ -7,7 +7,7 @@ import Kestrum.Dashboard
 
 // A card's context menu at the pointer: the entries the card's model gives (label, symbol, action), each
 // sent back to the sidebar model with the card's row.
-T.Popup {
+Item {
     id: menu
 
     required property DashboardSidebarModel sidebar
@@ -17,65 +17,69 @@ T.Popup {
     function openAt(row: int, entries: var, point: point) {
         menu.row = row;
         menu.entries = entries;
-        menu.x = point.x;
-        menu.y = point.y;
-        menu.open();
+        popup.x = point.x;
+        popup.y = point.y;
+        popup.open();
     }
 
-    objectName: "cardContextMenu"
-    padding: Style.spacingXS
-    implicitWidth: 220
-    implicitHeight: column.implicitHeight + menu.topPadding + menu.bottomPadding
+    T.Popup {
+        id: popup
 
-    background: KestrumCardModifier {
-        hoverEnabled: false
-        padding: 0
-    }
+        objectName: "cardContextMenu"
+        padding: Style.spacingXS
+        implicitWidth: 220
+        implicitHeight: column.implicitHeight + popup.topPadding + popup.bottomPadding
 
-    Column {
-        id: column
+        background: KestrumCardModifier {
+            hoverEnabled: false
+            padding: 0
+        }
 
-        width: menu.availableWidth
+        Column {
+            id: column
 
-        Repeater {
-            model: menu.entries
+            width: popup.availableWidth
 
-            delegate: Rectangle {
-                id: entry
+            Repeater {
+                model: menu.entries
 
-                required property var modelData
+                delegate: Rectangle {
+                    id: entry
 
-                objectName: "contextEntry:" + entry.modelData.label
-                width: column.width
-                height: 28
-                radius: Style.radiusSmall
-                color: entryHover.hovered ? Style.accent : "transparent"
+                    required property var modelData
 
-                LucideIcon {
-                    x: Style.spacingS
-                    anchors.verticalCenter: parent.verticalCenter
-                    width: Style.iconSmall
-                    height: Style.iconSmall
-                    symbolName: entry.modelData.symbol
-                    color: entryHover.hovered ? Style.textOnAccent : Style.textSecondary
-                }
+                    objectName: "contextEntry:" + entry.modelData.label
+                    width: column.width
+                    height: 28
+                    radius: Style.radiusSmall
+                    color: entryHover.hovered ? Style.accent : "transparent"
 
-                Text {
-                    x: Style.spacingS + Style.iconSmall + Style.spacingM
-                    anchors.verticalCenter: parent.verticalCenter
-                    text: entry.modelData.label
-                    font: Style.callout
-                    color: entryHover.hovered ? Style.textOnAccent : Style.textPrimary
-                }
+                    LucideIcon {
+                        x: Style.spacingS
+                        anchors.verticalCenter: parent.verticalCenter
+                        width: Style.iconSmall
+                        height: Style.iconSmall
+                        symbolName: entry.modelData.symbol
+                        color: entryHover.hovered ? Style.textOnAccent : Style.textSecondary
+                    }
 
-                HoverHandler {
-                    id: entryHover
-                }
+                    Text {
+                        x: Style.spacingS + Style.iconSmall + Style.spacingM
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: entry.modelData.label
+                        font: Style.callout
+                        color: entryHover.hovered ? Style.textOnAccent : Style.textPrimary
+                    }
 
-                TapHandler {
-                    onTapped: {
-                        menu.close();
-                        menu.sidebar.triggerContextAction(menu.row, entry.modelData.action);
+                    HoverHandler {
+                        id: entryHover
+                    }
+
+                    TapHandler {
+                        onTapped: {
+                            popup.close();
+                            menu.sidebar.triggerContextAction(menu.row, entry.modelData.action);
+                        }
                     }
                 }
             }

@@ -54,8 +54,7 @@ Rectangle {
             onClicked: sidebar.model.isRecordingFiltersPresented = !sidebar.model.isRecordingFiltersPresented
 
             SidebarFilterPanel {
-                x: filterButton.width - width
-                y: filterButton.height + Style.spacingXS
+                anchors.fill: parent
                 sidebar: sidebar.model
             }
         }
