@@ -23,7 +23,8 @@ struct DashboardLaunchOptions {
     bool opensDashboard = false;
     std::optional<QString> screenshotPath;
     QSize size = kDefaultSize;
-    bool dark = false;
+    // Absent: the appearance the program follows otherwise.
+    std::optional<bool> dark;
     // The art host (the game simulator's stand-in); absent: the setting as it stands.
     std::optional<QUrl> artHost;
     std::optional<int> selectRow;

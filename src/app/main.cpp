@@ -54,7 +54,7 @@ std::unique_ptr<kestrum::DashboardWindow> openDashboard(kestrum::RecordingFolder
     using namespace kestrum;
     if (options.artHost)
         UserDefaults::standard().setString(options.artHost->toString(), SettingsKeys::dataDragonBaseAddress);
-    ui::KestrumStyle::instance().setDark(options.dark);
+    if (options.dark) ui::KestrumStyle::instance().setDark(*options.dark);
     auto window = std::make_unique<DashboardWindow>(folders);
     window->view().resize(options.size);
     if (!window->show()) return nullptr;
