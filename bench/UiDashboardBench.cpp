@@ -9,13 +9,13 @@
 //                                              selected (its player a fake: no movie decodes here)
 // The selection's time to a first movie frame is measured by kestrum-bench-player on the mpv player
 // itself. Asserts nothing.
+#include "MadeUpLibrary.h"
 #include "base/async/SystemClock.h"
 #include "core/dashboard/DashboardController.h"
 #include "core/library/RecordingLibraryModel.h"
 #include "core/notifications/NotificationCenter.h"
 #include "core/settings/UserDefaults.h"
 #include "platform/fake/FakeFileActions.h"
-#include "platform/fake/FakeVideoPlayer.h"
 #include "ui/KestrumUi.h"
 
 #include <QElapsedTimer>
@@ -43,34 +43,6 @@ constexpr std::size_t kScrollFrames = 360;
 
 void figure(const char* name, double value, const char* unit) {
     std::printf("figure %s %.3f %s\n", name, value, unit);
-}
-
-class FakePlayers final : public VideoPlayerFactory {
-  public:
-    std::unique_ptr<VideoPlayer> makePlayer(const QString& moviePath) override {
-        return std::make_unique<FakeVideoPlayer>(moviePath, 1800);
-    }
-};
-
-// A thousand games over the last weeks, champions and lanes in turn.
-std::vector<MatchVideo> madeUpLibrary() {
-    static const char* const champions[] = {"Ahri", "Garen", "Jinx", "LeeSin", "Thresh", "Orianna", "Darius"};
-    static const char* const lanes[] = {"MIDDLE", "TOP", "BOTTOM", "JUNGLE", "UTILITY", "MIDDLE", "TOP"};
-    std::vector<MatchVideo> matches;
-    const QDateTime newest(QDate(2026, 11, 23), QTime(22, 0));
-    for (int index = 0; index < kRecordings; ++index) {
-        MatchVideo match;
-        match.url = QStringLiteral("/recordings/game-%1.mov").arg(index);
-        match.date = ReferenceDate::fromDateTime(newest.addSecs(-index * 2400));
-        match.gameMode = "CLASSIC";
-        match.champion = champions[index % 7];
-        match.role = lanes[index % 7];
-        match.finalKills = index % 13;
-        match.finalDeaths = index % 7;
-        match.finalAssists = index % 17;
-        matches.push_back(std::move(match));
-    }
-    return matches;
 }
 
 double residentMegabytes() {
@@ -118,10 +90,10 @@ int main(int argc, char** argv) {
     QTemporaryDir profile;
     UserDefaults defaults(profile.filePath(QStringLiteral("defaults.json")));
     SystemClock clock;
-    FakePlayers players;
+    bench::FakePlayerFactory players;
     FakeFileActions files;
     NotificationCenter notifications;
-    const std::vector<MatchVideo> matches = madeUpLibrary();
+    const std::vector<MatchVideo> matches = bench::madeUpLibrary(kRecordings);
     RecordingLibraryModel library(defaults, std::nullopt, [&matches](const QString&) {
         QPromise<Result<std::vector<MatchVideo>>> promise;
         promise.start();
