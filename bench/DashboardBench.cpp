@@ -3,17 +3,16 @@
 // selection's jobs included), and one frame of a swipe. Prints `figure <name> <value> <unit>` lines,
 // medians of repeated runs; asserts nothing.
 #include "BenchTiming.h"
+#include "MadeUpLibrary.h"
 #include "base/async/ManualClock.h"
 #include "core/dashboard/DashboardController.h"
 #include "platform/fake/FakeFileActions.h"
-#include "platform/fake/FakeVideoPlayer.h"
 
 #include <QCoreApplication>
 #include <QCoroTask>
 #include <QPromise>
 #include <QTemporaryDir>
 
-#include <array>
 #include <cstdio>
 #include <memory>
 
@@ -30,37 +29,6 @@ void printFigure(const char* name, double value, const char* unit) {
     std::printf("figure %s %.3f %s\n", name, value, unit);
 }
 
-class Players final : public VideoPlayerFactory {
-  public:
-    std::unique_ptr<VideoPlayer> makePlayer(const QString& moviePath) override {
-        return std::make_unique<FakeVideoPlayer>(moviePath, 1800);
-    }
-};
-
-// A library as a player builds it over months: four games an evening, varied modes, lanes and champions.
-std::vector<MatchVideo> library() {
-    const std::array<const char*, 4> modes{"CLASSIC", "ARAM", "CHERRY", "CLASSIC"};
-    const std::array<const char*, 5> lanes{"TOP", "JUNGLE", "MIDDLE", "BOTTOM", "UTILITY"};
-    const std::array<const char*, 7> champions{"Ahri", "Lux", "Garen", "Jinx", "Thresh", "LeeSin", "Kaisa"};
-    const QDateTime newest(QDate(2026, 3, 14), QTime(23, 0));
-    std::vector<MatchVideo> matches;
-    for (int i = 0; i < kRecordings; ++i) {
-        MatchVideo match;
-        match.url = QStringLiteral("/recordings/game-%1.mov").arg(i);
-        match.date = ReferenceDate::fromDateTime(newest.addSecs(-(i / 4) * 86'400 - (i % 4) * 2'400));
-        match.gameMode = modes[i % modes.size()];
-        match.role = lanes[i % lanes.size()];
-        match.champion = champions[i % champions.size()];
-        match.mapID = i % 4 == 1 ? 12 : 11;
-        match.finalKills = i % 13;
-        match.finalDeaths = i % 7;
-        match.finalAssists = i % 17;
-        match.didWin = i % 2 == 0;
-        matches.push_back(match);
-    }
-    return matches;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -68,10 +36,10 @@ int main(int argc, char** argv) {
     QTemporaryDir home;
     UserDefaults defaults(home.filePath(QStringLiteral("defaults.json")));
     ManualClock clock;
-    Players players;
+    bench::FakePlayerFactory players;
     FakeFileActions files;
     NotificationCenter notifications;
-    const std::vector<MatchVideo> matches = library();
+    const std::vector<MatchVideo> matches = bench::madeUpLibrary(kRecordings);
     RecordingLibraryModel model(defaults, std::nullopt, [&](const QString&) {
         QPromise<Result<std::vector<MatchVideo>>> promise;
         promise.start();

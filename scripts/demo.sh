@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Records a simulated game end to end: builds kestrum and the game simulator, uses the desktop when there
 # is one (else a private Xvfb and, when no sound server answers, a private PulseAudio with a null sink),
-# keeps the whole profile under ./demo-output/, and prints what was saved.
+# keeps the whole profile under ./demo-output/, prints what was saved, and then opens the review window
+# on it (with no desktop, writes its screenshots under ./demo-output/ instead).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -30,7 +31,9 @@ export XDG_CONFIG_HOME="$out/config" XDG_CACHE_HOME="$out/cache" XDG_STATE_HOME=
        XDG_DATA_HOME="$out/data" XDG_RUNTIME_DIR="$out/runtime"
 printf 'XDG_VIDEOS_DIR="%s"\n' "$out/Videos" >"$XDG_CONFIG_HOME/user-dirs.dirs"
 
+has_desktop=0
 if [[ -n "${DISPLAY:-}" ]] && xdpyinfo >/dev/null 2>&1; then
+    has_desktop=1
     say "using the desktop on $DISPLAY"
 else
     exec 3< <(Xvfb -displayfd 1 -screen 0 1920x1080x24 -nolisten tcp -noreset 2>"$out/xvfb.log")
@@ -89,3 +92,25 @@ say "first events of the document:"
 "$build/tools/kestrum-telemetry/kestrum-telemetry" events "${movie%.mov}.json" | head -n 8
 echo
 say "capture log: $XDG_STATE_HOME/Kestrum/Logs/kestrum_system.log"
+
+# The review window on the recorded game, its game art from the simulator's stand-in of the art host.
+exec 4< <("$build/tools/game-simulator/kestrum-game-simulator" --art-host 0 2>&1)
+started_pids+=($!)
+art_host=""
+while read -r -t 30 line <&4; do
+    if [[ "$line" =~ art\ host\ on\ (http://[0-9.:]+) ]]; then art_host=${BASH_REMATCH[1]}; break; fi
+done
+art_options=()
+[[ -n "$art_host" ]] && art_options=(--art-host "$art_host") || say "no art host: the cards show placeholders"
+echo
+if (( has_desktop )); then
+    say "opening the review window on the recording (Ctrl-C here to quit)"
+    "$build/src/app/kestrum" --dashboard --select 0 "${art_options[@]}" >>"$out/kestrum.log" 2>&1 || true
+else
+    for look in light dark; do
+        "$build/src/app/kestrum" --dashboard --select 0 --at 30 --appearance "$look" "${art_options[@]}" \
+            --screenshot "$out/review-window-$look.png" >>"$out/kestrum.log" 2>&1 \
+            && say "review window: $out/review-window-$look.png" \
+            || say "the review window's screenshot failed (see $out/kestrum.log)"
+    done
+fi

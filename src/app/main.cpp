@@ -1,18 +1,28 @@
-// kestrum: the recorder. It lives beside the game with no window of its own yet: it watches for the
-// game, records it, and saves the movie and its session document. One runs per user and settings profile:
-// a later launch hands its request to the running one and exits 0. It quits on SIGTERM, SIGINT or the end
-// of the session only after an active recording has been finalised and saved.
+// kestrum: the recorder. It lives beside the game: it watches for the game, records it, and saves the
+// movie and its session document. With --dashboard it also opens the review window on the recordings
+// folder (see DashboardLaunchOptions for the options that set the window up and take its screenshot). One
+// runs per user and settings profile: a later launch hands its request to the running one and exits 0. It
+// quits on SIGTERM, SIGINT or the end of the session only after an active recording has been finalised and
+// saved.
+#include "app/DashboardLaunchOptions.h"
+#include "app/DashboardScreenshotScript.h"
+#include "app/DashboardWindow.h"
 #include "app/RecordingSide.h"
 #include "app/TerminationSignals.h"
+#include "core/settings/SettingsKeys.h"
+#include "core/settings/UserDefaults.h"
 #include "core/shell/KestrumAppDelegate.h"
 #include "core/shell/SingleInstanceLaunch.h"
 #include "platform/linux/instance/LocalSocketSingleInstanceChannel.h"
 #include "platform/linux/x11/X11ApplicationWindows.h"
+#include "ui/KestrumUi.h"
+#include "ui/style/KestrumStyle.h"
 
 #include <QGuiApplication>
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 namespace {
 
@@ -30,13 +40,43 @@ void printLine(const QString& line) {
     std::fflush(stdout);
 }
 
+// The program's arguments as given, before any application exists.
+QStringList argumentsOf(int argc, char** argv) {
+    QStringList arguments;
+    for (int index = 0; index < argc; ++index) arguments.append(QString::fromLocal8Bit(argv[index]));
+    return arguments;
+}
+
+// The review window as the options ask: shown, set up, and with a screenshot taken if asked for. Null
+// when its content did not load.
+std::unique_ptr<kestrum::DashboardWindow> openDashboard(kestrum::RecordingFolderStore& folders,
+                                                        const kestrum::DashboardLaunchOptions& options) {
+    using namespace kestrum;
+    if (options.artHost)
+        UserDefaults::standard().setString(options.artHost->toString(), SettingsKeys::dataDragonBaseAddress);
+    if (options.dark) ui::KestrumStyle::instance().setDark(*options.dark);
+    auto window = std::make_unique<DashboardWindow>(folders);
+    window->view().resize(options.size);
+    if (!window->show()) return nullptr;
+    auto* script = new DashboardScreenshotScript(*window, options, window.get());
+    script->start();
+    return window;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     using namespace kestrum;
     // The toolkit reads and clears the launcher's startup id when it starts; a later launch passes it on.
     const QByteArray desktopStartupID = qgetenv("DESKTOP_STARTUP_ID");
+    const auto parsed = DashboardLaunchOptions::parse(argumentsOf(argc, argv));
+    if (const QString* error = std::get_if<QString>(&parsed)) {
+        std::fprintf(stderr, "kestrum: %s\n", qPrintable(*error));
+        return 2;
+    }
+    const DashboardLaunchOptions& dashboardOptions = std::get<DashboardLaunchOptions>(parsed);
     chooseOffscreenWithoutDisplay();
+    ui::useOpenGlSceneGraph();
     QGuiApplication application(argc, argv);
     QGuiApplication::setOrganizationName(QStringLiteral("Kestrum"));
     QGuiApplication::setApplicationName(QStringLiteral("Kestrum"));
@@ -65,6 +105,15 @@ int main(int argc, char** argv) {
     QObject::connect(
         &recordingSide.coordinator(), &RecordingCoordinator::currentStatusChanged,
         [](RecordingStatus status) { printLine(QStringLiteral("Kestrum status: ") + rawValue(status)); });
+
+    std::unique_ptr<DashboardWindow> dashboard;
+    if (dashboardOptions.opensDashboard) {
+        dashboard = openDashboard(recordingSide.folderStore(), dashboardOptions);
+        if (!dashboard) {
+            printLine(QStringLiteral("Kestrum: the review window did not load"));
+            return 1;
+        }
+    }
 
     KestrumAppDelegate delegate(
         windows, {{}, {}, {}, [&recordingSide] { return recordingSide.prepareForTermination(); }});

@@ -2,6 +2,8 @@
 
 #include <QQuickWindow>
 
+#include <cstdio>
+
 namespace kestrum::ui {
 
 WindowScreenshot::WindowScreenshot(QQuickWindow& window, std::function<bool()> settled, int timeoutMs,
@@ -17,6 +19,14 @@ WindowScreenshot::WindowScreenshot(QQuickWindow& window, std::function<bool()> s
     connect(&poll_, &QTimer::timeout, this, &WindowScreenshot::check);
     poll_.start();
     window.update();
+}
+
+bool savePicture(const QImage& picture, const QString& path) {
+    if (picture.isNull() || !picture.save(path, "PNG")) return false;
+    std::fprintf(stdout, "screenshot written to %s (%dx%d)\n", qPrintable(path), picture.width(),
+                 picture.height());
+    std::fflush(stdout);
+    return true;
 }
 
 void WindowScreenshot::check() {

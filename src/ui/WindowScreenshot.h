@@ -45,4 +45,9 @@ class WindowScreenshot : public QObject {
     bool timedOut_ = false;
 };
 
+// Writes `picture` to `path` as a PNG and says so on stdout ("screenshot written to PATH (WxH)"), for the
+// programs whose --screenshot ends them; false, with nothing said, when there is no picture or it cannot
+// be written.
+bool savePicture(const QImage& picture, const QString& path);
+
 }  // namespace kestrum::ui

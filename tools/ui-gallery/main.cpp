@@ -102,14 +102,11 @@ void takeScreenshot(QQuickWindow& window, const QString& path, const GalleryPane
         [path, screenshot](const QImage& picture) {
             if (screenshot->timedOut())
                 say(QStringLiteral("game art was still loading; the picture shows placeholders"));
-            if (picture.isNull() || !picture.save(path, "PNG")) {
+            if (!kestrum::ui::savePicture(picture, path)) {
                 say(QStringLiteral("cannot write the screenshot to %1").arg(path));
                 QCoreApplication::exit(1);
                 return;
             }
-            std::fprintf(stdout, "screenshot written to %s (%dx%d)\n", qPrintable(path), picture.width(),
-                         picture.height());
-            std::fflush(stdout);
             QCoreApplication::exit(0);
         });
 }

@@ -33,6 +33,7 @@ namespace kestrum {
 class DashboardPlayback : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool hasPlayer READ hasPlayer NOTIFY playerChanged)
+    Q_PROPERTY(QObject* playerObject READ playerObject NOTIFY playerChanged)
     Q_PROPERTY(double currentTime READ currentTime WRITE setCurrentTime NOTIFY currentTimeChanged)
     Q_PROPERTY(double videoDuration READ videoDuration NOTIFY recordingShapeChanged)
     Q_PROPERTY(double videoAspectRatio READ videoAspectRatio NOTIFY recordingShapeChanged)
@@ -56,6 +57,9 @@ class DashboardPlayback : public QObject {
     const std::shared_ptr<VideoPlayer>& sharedPlayer() const { return player_; }
     void setPlayer(std::shared_ptr<VideoPlayer> player);
     bool hasPlayer() const { return player_ != nullptr; }
+    // The player as the item that draws it takes it (an adapter that is a QObject); null with none or
+    // with a player that is no QObject (a fake).
+    QObject* playerObject() const { return dynamic_cast<QObject*>(player_.get()); }
 
     double currentTime() const { return currentTime_; }
     // A NaN time is not stored.

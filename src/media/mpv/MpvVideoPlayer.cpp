@@ -376,6 +376,7 @@ void MpvVideoPlayer::handleMovieFailed(const QString& reason) {
     rate_ = 0;
     atEnd_ = false;
     setReadyForDisplay(false);
+    post([reason](VideoPlayerListener& listener) { listener.playbackFailed(reason); });
 }
 
 void MpvVideoPlayer::handlePlaybackRestart() {

@@ -1,5 +1,6 @@
 // Every QML file of every module compiled into the windows loads, is shown in a real window and draws a
 // frame without a single warning (QTest::failOnWarning armed for any message).
+#include "DashboardViewModels.h"
 #include "QmlViewHarness.h"
 #include "ReviewViewModels.h"
 
@@ -20,8 +21,13 @@ namespace kestrum::test {
 namespace {
 
 // The properties a file needs to be made at all (its required properties): the review views bind to the
-// review objects of a short recording, made once for the whole run (the style's files need none).
+// review objects of a short recording, the review window's to a controller on fakes, each made once for
+// the whole run (the style's files need none).
 QVariantMap initialProperties(const QString& resourcePath) {
+    if (resourcePath.contains(QLatin1String("/Dashboard/"))) {
+        static auto* dashboard = new DashboardViewModels();  // lives to the end of the run, with the windows
+        return dashboard->propertiesFor(resourcePath);
+    }
     static auto* models = new ReviewViewModels();  // lives to the end of the run, with the windows
     return models->propertiesFor(resourcePath);
 }

@@ -282,9 +282,15 @@ TEST_P(MpvVideoPlayerBadMovieTest, LeavesNoItemAndAClearState) {
 
     MpvVideoPlayer& playing = show(movies.clock());
     playing.play();
+    PlayerNotices notices;
+    playing.addListener(notices);
     playing.replaceCurrentItem(bad);
     expectNoItem(playing);
     if (HasFatalFailure()) return;
+    // The review window learns of the failure from the notice, not by polling the item.
+    ASSERT_TRUE(waitFor([&] { return notices.count("failed") > 0; }, 5000));
+    EXPECT_EQ(notices.count("failed"), 1);
+    playing.removeListener(notices);
     // Nothing is lost: the same player takes a good movie again.
     playing.replaceCurrentItem(movies.other());
     EXPECT_FALSE(playing.loadError().has_value());

@@ -81,6 +81,7 @@ class PlayerNotices final : public VideoPlayerListener {
     }
     void didPlayToEndTime() override { words.push_back("end"); }
     void readyForDisplayChanged(bool ready) override { words.push_back(ready ? "ready" : "not ready"); }
+    void playbackFailed(const QString& /*reason*/) override { words.push_back("failed"); }
 
     long count(const std::string& word) const { return std::count(words.begin(), words.end(), word); }
 
