@@ -2,6 +2,7 @@
 // frame without a single warning (QTest::failOnWarning armed for any message).
 #include "QmlViewHarness.h"
 #include "ReviewViewModels.h"
+#include "ShellViewModels.h"
 
 #include <gtest/gtest.h>
 
@@ -20,9 +21,13 @@ namespace kestrum::test {
 namespace {
 
 // The properties a file needs to be made at all (its required properties): the review views bind to the
-// review objects of a short recording, made once for the whole run (the style's files need none).
+// review objects of a short recording, the shell's views to the shell's models over fakes, each made once
+// for the whole run (the style's files need none).
 QVariantMap initialProperties(const QString& resourcePath) {
-    static auto* models = new ReviewViewModels();  // lives to the end of the run, with the windows
+    static auto* models = new ReviewViewModels();      // lives to the end of the run, with the windows
+    static auto* shellModels = new ShellViewModels();  // likewise
+    if (resourcePath.contains(QLatin1String("/Kestrum/Shell/")))
+        return shellModels->propertiesFor(resourcePath);
     return models->propertiesFor(resourcePath);
 }
 
