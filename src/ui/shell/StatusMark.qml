@@ -16,7 +16,8 @@ Item {
         anchors.fill: parent
         visible: !mark.isSystemSymbol
         source: mark.isSystemSymbol ? "" : "qrc:/kestrum/tray/" + mark.imageName + (Style.dark ? "-dark" : "-light") + ".svg"
-        sourceSize: Qt.size(mark.width * 2, mark.height * 2)
+        sourceSize.width: 2 * mark.implicitWidth
+        sourceSize.height: 2 * mark.implicitHeight
         smooth: true
     }
 

@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import Kestrum.Style
 import Kestrum.Shell
@@ -87,8 +88,8 @@ Item {
                     required property int index
 
                     objectName: stepButton.index === 0 ? "stepUp" : "stepDown"
-                    width: 18
-                    height: 12
+                    width: 20
+                    height: 13
                     radius: Style.radiusSmall
                     color: stepHover.hovered ? Style.surfaceHovered : Style.surface
                     border.color: Style.border
@@ -96,8 +97,8 @@ Item {
 
                     LucideIcon {
                         anchors.centerIn: parent
-                        width: 10
-                        height: 10
+                        width: 11
+                        height: 11
                         rotation: stepButton.index === 0 ? -90 : 90
                         symbolName: "chevron.right"
                         color: Style.textPrimary

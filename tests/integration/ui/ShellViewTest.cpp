@@ -323,6 +323,11 @@ TEST_F(ShellViews, ScreenshotsInBothAppearances) {
             ASSERT_FALSE(picture.isNull());
             EXPECT_EQ(qGray(picture.pixel(4, 4)) < 128, dark);
             writeScreenshot(settings, QStringLiteral("settings-") + appearance);
+            // And the end of the form, where the folder, storage, startup and about sections are.
+            QQuickItem* scroll = settings.findItem(QStringLiteral("settingsScroll"));
+            ASSERT_TRUE(scroll);
+            scroll->setProperty("contentY", scroll->property("contentHeight").toDouble() - scroll->height());
+            writeScreenshot(settings, QStringLiteral("settings-end-") + appearance);
             models_.settings.closed();
         }
     }
