@@ -15,7 +15,7 @@ Item {
     Image {
         anchors.fill: parent
         visible: !mark.isSystemSymbol
-        source: mark.isSystemSymbol ? "" : "qrc:/kestrum/tray/" + mark.imageName + (Style.dark ? "-dark" : "-light") + ".svg"
+        source: mark.isSystemSymbol || mark.imageName.length === 0 ? "" : "qrc:/kestrum/tray/" + mark.imageName + (Style.dark ? "-dark" : "-light") + ".svg"
         sourceSize.width: 2 * mark.implicitWidth
         sourceSize.height: 2 * mark.implicitHeight
         smooth: true

@@ -10,6 +10,7 @@
 #include <QProcess>
 #include <QRect>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 
 #include <csignal>
 #include <memory>
@@ -91,6 +92,10 @@ class TrayDesktop : public ::testing::Test {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
         environment.insert(QStringLiteral("KESTRUM_PLATFORM"), QStringLiteral("fake"));
+        // A profile of its own, so that no other test's Kestrum is the running instance.
+        for (const char* variable : {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"}) {
+            environment.insert(QString::fromLatin1(variable), profile_.path());
+        }
         kestrum_ = std::make_unique<QProcess>();
         kestrum_->setProcessEnvironment(environment);
         kestrum_->setProcessChannelMode(QProcess::MergedChannels);
@@ -102,6 +107,7 @@ class TrayDesktop : public ::testing::Test {
         return waitUntil([&] { return output_.contains(line); }, 20000);
     }
 
+    QTemporaryDir profile_;
     XvfbServer display_;
     std::unique_ptr<QProcess> tray_;
     std::unique_ptr<QProcess> kestrum_;
