@@ -6,6 +6,7 @@
 #                                 the debug suite only)
 #   ./kestrum.sh bench [area]     build the release benchmarks and run them (all, or kestrum-bench-<area>)
 #   ./kestrum.sh demo             record a simulated game and show the result
+#   ./kestrum.sh run [args]       build Kestrum (Release), install it under build/installed, and start it
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -129,12 +130,25 @@ command_demo() {
     ./scripts/demo.sh "$@"
 }
 
+# The application as a user has it: built in Release, installed with its launcher entry and icon under
+# build/installed (the desktop finds them there through XDG_DATA_DIRS), then started in the foreground.
+command_run() {
+    install_dependencies
+    cmake --preset release >/dev/null
+    cmake --build --preset release -j "$jobs" --target kestrum
+    local prefix="$PWD/build/installed"
+    cmake --install build/release --prefix "$prefix" --component Unspecified >/dev/null
+    log "starting $prefix/bin/kestrum"
+    XDG_DATA_DIRS="$prefix/share:${XDG_DATA_DIRS:-/usr/local/share:/usr/share}" exec "$prefix/bin/kestrum" "$@"
+}
+
 case "${1:-}" in
     test) shift; command_test "$@" ;;
+    run) shift; command_run "$@" ;;
     bench) shift; command_bench "$@" ;;
     demo) shift; command_demo "$@" ;;
     *)
-        echo "usage: ./kestrum.sh test [--quick] | bench [area] | demo" >&2
+        echo "usage: ./kestrum.sh test [--quick] | bench [area] | demo | run [args]" >&2
         exit 2
         ;;
 esac

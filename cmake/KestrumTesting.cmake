@@ -2,13 +2,13 @@ include(GoogleTest)
 find_package(GTest REQUIRED)
 
 # kestrum_add_gtest(<target> PREFIX <layer.module.> LABEL <unit|integration|e2e> [GUI] [SUPPORT <library>]
-#                   SOURCES ... [LIBS ...])
+#                   [ENVIRONMENT <VAR=value>...] SOURCES ... [LIBS ...])
 # Builds one GoogleTest program for a module and registers each of its cases with CTest under the
 # module's prefix, so that `ctest -R core.telemetry` or `ctest -L unit` select them. GUI programs run
 # under a QGuiApplication (offscreen unless QT_QPA_PLATFORM says otherwise). SUPPORT names another
 # library with the program's main (the view tests' main runs an X server first).
 function(kestrum_add_gtest target)
-    cmake_parse_arguments(ARG "GUI" "PREFIX;LABEL;SUPPORT" "SOURCES;LIBS" ${ARGN})
+    cmake_parse_arguments(ARG "GUI" "PREFIX;LABEL;SUPPORT" "SOURCES;LIBS;ENVIRONMENT" ${ARGN})
     add_executable(${target} ${ARG_SOURCES})
     if(ARG_SUPPORT)
         target_link_libraries(${target} PRIVATE ${ARG_SUPPORT} ${ARG_LIBS})
@@ -17,9 +17,13 @@ function(kestrum_add_gtest target)
     else()
         target_link_libraries(${target} PRIVATE kestrum-test-support ${ARG_LIBS})
     endif()
+    set(environment_property)
+    if(ARG_ENVIRONMENT)
+        set(environment_property ENVIRONMENT "${ARG_ENVIRONMENT}")
+    endif()
     gtest_discover_tests(${target}
         TEST_PREFIX "${ARG_PREFIX}"
-        PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 300
+        PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 300 ${environment_property}
         DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60)
 endfunction()

@@ -30,6 +30,8 @@ packages=(
   xvfb xauth openbox pulseaudio pulseaudio-utils ffmpeg xdotool openssl x11-utils fonts-dejavu-core
   # a private D-Bus bus for the desktop-service adapters (logind, the portal, the file manager)
   dbus-daemon
+  # an X11 tray for the application's end-to-end test
+  trayer
 )
 
 missing=()

@@ -18,11 +18,10 @@ namespace kestrum {
 // the way a person would (a click on a card, O, a swipe, the pointer over a card, the filters' button),
 // so that a screenshot of any state can be taken again.
 struct DashboardLaunchOptions {
-    static constexpr QSize kDefaultSize{1280, 800};
-
     bool opensDashboard = false;
     std::optional<QString> screenshotPath;
-    QSize size = kDefaultSize;
+    // Absent: the window takes the shell's size for the screen (16:9 at 0.9 of it, centred).
+    std::optional<QSize> size;
     // Absent: the appearance the program follows otherwise.
     std::optional<bool> dark;
     // The art host (the game simulator's stand-in); absent: the setting as it stands.

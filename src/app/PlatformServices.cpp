@@ -1,7 +1,11 @@
 #include "app/PlatformServices.h"
 
+#include "app/FileDialogFolderPicker.h"
 #include "media/ffmpeg/FfmpegMovieWriterFactory.h"
 #include "platform/fake/FakeAudioStream.h"
+#include "platform/fake/FakeAutostartEntry.h"
+#include "platform/fake/FakeDesktopColorScheme.h"
+#include "platform/fake/FakeFileActions.h"
 #include "platform/fake/FakeFolderPicker.h"
 #include "platform/fake/FakeMicrophoneAccess.h"
 #include "platform/fake/FakeScreenCaptureAccess.h"
@@ -11,8 +15,11 @@
 #include "platform/fake/FakeSystemLog.h"
 #include "platform/fake/FakeWindowStream.h"
 #include "platform/fake/FakeWorkspace.h"
+#include "platform/linux/freedesktop/FreedesktopFileActions.h"
 #include "platform/linux/freedesktop/LogindSessionEndInhibitor.h"
+#include "platform/linux/freedesktop/PortalDesktopColorScheme.h"
 #include "platform/linux/freedesktop/UnavailableSettingsOpener.h"
+#include "platform/linux/freedesktop/XdgAutostartEntry.h"
 #include "platform/linux/pulse/BackgroundMicrophoneAccess.h"
 #include "platform/linux/pulse/PulseAudioStreamFactory.h"
 #include "platform/linux/pulse/PulseMicrophoneAccess.h"
@@ -21,6 +28,8 @@
 #include "platform/linux/x11/X11ScreenCaptureAccess.h"
 #include "platform/linux/x11/X11ShareableContent.h"
 #include "platform/linux/x11/X11WindowStreamFactory.h"
+
+#include <QCoreApplication>
 
 namespace kestrum {
 
@@ -36,10 +45,11 @@ PlatformServices makeLinuxPlatformServices() {
     services.microphoneAccess = std::make_unique<BackgroundMicrophoneAccess>(
         std::make_shared<PulseMicrophoneAccess>(std::chrono::milliseconds(1500)));
     services.settingsOpener = std::make_unique<UnavailableSettingsOpener>();
-    // The folder chooser belongs to the settings window: until it exists the recordings folder is the
-    // default or the stored one.
-    services.folderPicker = std::make_unique<FakeFolderPicker>();
+    services.folderPicker = std::make_unique<FileDialogFolderPicker>();
     services.sessionEndInhibitor = std::make_unique<LogindSessionEndInhibitor>();
+    services.fileActions = std::make_unique<FreedesktopFileActions>();
+    services.autostart = std::make_unique<XdgAutostartEntry>(QCoreApplication::applicationFilePath());
+    services.desktopColorScheme = std::make_unique<PortalDesktopColorScheme>();
     services.systemLog = std::make_shared<SyslogSystemLog>();
     services.movieWriters = std::make_unique<ffmpeg::FfmpegMovieWriterFactory>();
     return services;
@@ -56,6 +66,9 @@ PlatformServices makeFakePlatformServices() {
     services.settingsOpener = std::make_unique<FakeSettingsOpener>();
     services.folderPicker = std::make_unique<FakeFolderPicker>();
     services.sessionEndInhibitor = std::make_unique<FakeSessionEndInhibitor>();
+    services.fileActions = std::make_unique<FakeFileActions>();
+    services.autostart = std::make_unique<FakeAutostartEntry>();
+    services.desktopColorScheme = std::make_unique<FakeDesktopColorScheme>();
     services.systemLog = std::make_shared<FakeSystemLog>();
     services.movieWriters = std::make_unique<ffmpeg::FfmpegMovieWriterFactory>();
     return services;

@@ -3,6 +3,9 @@
 #include "base/log/SystemLog.h"
 #include "media/MovieWriterFactory.h"
 #include "platform/ports/AudioStream.h"
+#include "platform/ports/AutostartEntry.h"
+#include "platform/ports/DesktopColorScheme.h"
+#include "platform/ports/FileActions.h"
 #include "platform/ports/FolderPicker.h"
 #include "platform/ports/MicrophoneAccess.h"
 #include "platform/ports/ScreenCaptureAccess.h"
@@ -28,13 +31,17 @@ struct PlatformServices {
     std::unique_ptr<SettingsOpener> settingsOpener;
     std::unique_ptr<FolderPicker> folderPicker;
     std::unique_ptr<SessionEndInhibitor> sessionEndInhibitor;
+    std::unique_ptr<FileActions> fileActions;
+    std::unique_ptr<AutostartEntry> autostart;
+    std::unique_ptr<DesktopColorScheme> desktopColorScheme;
     std::shared_ptr<SystemLog> systemLog;
     std::unique_ptr<MovieWriterFactory> movieWriters;
 };
 
 // The Linux adapters: /proc and X11 for the desktop, XComposite for the window, PulseAudio for sound (the
-// microphone's state read off the main thread), logind for the session-end hold, syslog, FFmpeg for
-// movies.
+// microphone's state read off the main thread), logind for the session-end hold, the desktop's folder
+// dialog, the freedesktop file actions, autostart entry and colour scheme, syslog, FFmpeg for movies.
+// Needs the QApplication (the folder dialog is a widget).
 PlatformServices makeLinuxPlatformServices();
 
 // The scripted fakes, empty: nothing runs, nothing can be captured. The honest answer on a system the

@@ -1,24 +1,27 @@
-// kestrum: the recorder. It lives beside the game: it watches for the game, records it, and saves the
-// movie and its session document. With --dashboard it also opens the review window on the recordings
-// folder (see DashboardLaunchOptions for the options that set the window up and take its screenshot). One
-// runs per user and settings profile: a later launch hands its request to the running one and exits 0. It
-// quits on SIGTERM, SIGINT or the end of the session only after an active recording has been finalised and
-// saved.
+// kestrum: the recorder. It lives in the tray beside the game: it watches for the game, records it, and
+// saves the movie and its session document; its panel, settings and review windows open from the tray icon
+// (or, on a desktop without a tray, the panel opens as a window). With --dashboard the review window opens
+// at launch (see DashboardLaunchOptions for the options that set it up and take its screenshot). One runs
+// per user and settings profile: a later launch hands its request to the running one and exits 0. It quits
+// on SIGTERM, SIGINT or the end of the session only after an active recording has been finalised and saved.
 #include "app/DashboardLaunchOptions.h"
 #include "app/DashboardScreenshotScript.h"
 #include "app/DashboardWindow.h"
+#include "app/KestrumApp.h"
 #include "app/RecordingSide.h"
+#include "app/ShellScreens.h"
 #include "app/TerminationSignals.h"
 #include "core/settings/SettingsKeys.h"
 #include "core/settings/UserDefaults.h"
 #include "core/shell/KestrumAppDelegate.h"
+#include "core/shell/ShellWindowGeometry.h"
 #include "core/shell/SingleInstanceLaunch.h"
 #include "platform/linux/instance/LocalSocketSingleInstanceChannel.h"
 #include "platform/linux/x11/X11ApplicationWindows.h"
 #include "ui/KestrumUi.h"
 #include "ui/style/KestrumStyle.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 
 #include <cstdio>
 #include <cstdlib>
@@ -56,7 +59,15 @@ std::unique_ptr<kestrum::DashboardWindow> openDashboard(kestrum::RecordingFolder
         UserDefaults::standard().setString(options.artHost->toString(), SettingsKeys::dataDragonBaseAddress);
     if (options.dark) ui::KestrumStyle::instance().setDark(*options.dark);
     auto window = std::make_unique<DashboardWindow>(folders);
-    window->view().resize(options.size);
+    if (options.size) {
+        window->view().resize(*options.size);
+    } else {
+        const std::optional<ScreenFrames> screen = screenFrames(QGuiApplication::primaryScreen());
+        const QSizeF size = dashboardContentSize(screen);
+        window->view().resize(size.toSize());
+        if (const std::optional<QPointF> origin = centredWindowOrigin(size, screen))
+            window->view().setPosition(origin->toPoint());
+    }
     if (!window->show()) return nullptr;
     auto* script = new DashboardScreenshotScript(*window, options, window.get());
     script->start();
@@ -77,9 +88,10 @@ int main(int argc, char** argv) {
     const DashboardLaunchOptions& dashboardOptions = std::get<DashboardLaunchOptions>(parsed);
     chooseOffscreenWithoutDisplay();
     ui::useOpenGlSceneGraph();
-    QGuiApplication application(argc, argv);
+    QApplication application(argc, argv);
     QGuiApplication::setOrganizationName(QStringLiteral("Kestrum"));
     QGuiApplication::setApplicationName(QStringLiteral("Kestrum"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.tidemoss.Kestrum"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     // Installed first, so that a signal that comes while the application starts is kept and acted on once
     // the event loop runs, and never ends the process by the default action.
@@ -90,10 +102,12 @@ int main(int argc, char** argv) {
     SingleInstanceLaunch launch(instanceChannel);
     const ActivationToken launchToken = SingleInstanceLaunch::launchToken(
         desktopStartupID, desktopStartupID.isEmpty() ? windows.serverTimeMs() : std::nullopt);
-    const std::optional<int> exitStatus = launch.claim(launchToken, [](const ActivationToken&) {
-        // The review window comes with the review side; until then the request is only acknowledged.
-        printLine(QStringLiteral("Kestrum: another launch asked for the review window"));
-    });
+    KestrumApp* runningApp = nullptr;  // set once the application is composed, below
+    const std::optional<int> exitStatus =
+        launch.claim(launchToken, [&runningApp](const ActivationToken& token) {
+            printLine(QStringLiteral("Kestrum: another launch asked for the review window"));
+            if (runningApp) runningApp->reopen(token);
+        });
     if (exitStatus) {
         printLine(QStringLiteral("Kestrum is already running; it was asked to show its review window"));
         return *exitStatus;
@@ -106,30 +120,33 @@ int main(int argc, char** argv) {
         &recordingSide.coordinator(), &RecordingCoordinator::currentStatusChanged,
         [](RecordingStatus status) { printLine(QStringLiteral("Kestrum status: ") + rawValue(status)); });
 
+    // The review window is made on its first request (no Qt Quick window before the user asks for one),
+    // then shown again as it is.
     std::unique_ptr<DashboardWindow> dashboard;
-    if (dashboardOptions.opensDashboard) {
-        dashboard = openDashboard(recordingSide.folderStore(), dashboardOptions);
-        if (!dashboard) {
-            printLine(QStringLiteral("Kestrum: the review window did not load"));
-            return 1;
+    bool dashboardFailed = false;
+    const std::function<void()> showReviewWindow = [&] {
+        if (dashboard) {
+            dashboard->show();
+        } else if (!dashboardFailed) {
+            dashboard = openDashboard(recordingSide.folderStore(), dashboardOptions);
+            dashboardFailed = !dashboard;
+            if (dashboardFailed) printLine(QStringLiteral("Kestrum: the review window did not load"));
         }
-    }
-
-    KestrumAppDelegate delegate(
-        windows, {{}, {}, {}, [&recordingSide] { return recordingSide.prepareForTermination(); }});
-    delegate.applicationDidFinishLaunching();
-    const auto requestTermination = [&delegate] {
-        if (!delegate.isTerminationPending()) {
+    };
+    KestrumApp app(recordingSide, windows, showReviewWindow);
+    runningApp = &app;
+    QObject::connect(&terminationSignals, &TerminationSignals::terminationRequested, &app, [&app] {
+        if (!app.delegate().isTerminationPending()) {
             printLine(QStringLiteral("Kestrum is quitting; finishing an active recording first"));
         }
-        delegate.applicationShouldTerminate();  // a second request waits for the same finalisation
-    };
-    QObject::connect(&terminationSignals, &TerminationSignals::terminationRequested, requestTermination);
-    const Subscription sessionEnding =
-        recordingSide.services().sessionEndInhibitor->observeSessionEnding(requestTermination);
-    QObject::connect(&delegate, &KestrumAppDelegate::terminationReplied, [&delegate] {
-        delegate.applicationWillTerminate();
-        QGuiApplication::quit();
+        app.requestTermination();  // a second request waits for the same finalisation
     });
-    return QGuiApplication::exec();
+    app.start();
+    if (dashboardOptions.opensDashboard) {
+        app.showDashboard();
+        if (dashboardFailed) return 1;
+    }
+    printLine(app.isInTray() ? QStringLiteral("Kestrum is in the tray")
+                             : QStringLiteral("Kestrum found no tray on this desktop"));
+    return QApplication::exec();
 }

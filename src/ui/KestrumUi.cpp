@@ -10,6 +10,7 @@ Q_IMPORT_QML_PLUGIN(Kestrum_StylePlugin)
 Q_IMPORT_QML_PLUGIN(Kestrum_ReviewPlugin)
 Q_IMPORT_QML_PLUGIN(Kestrum_PlayerPlugin)
 Q_IMPORT_QML_PLUGIN(Kestrum_DashboardPlugin)
+Q_IMPORT_QML_PLUGIN(Kestrum_ShellPlugin)
 
 namespace kestrum::ui {
 

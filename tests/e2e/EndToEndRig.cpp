@@ -40,6 +40,7 @@ EndToEndRig::~EndToEndRig() {
     endProcess(game_);
     endProcess(otherWindow_);
     endProcess(kestrum_);
+    endProcess(tray_);
 }
 
 bool EndToEndRig::start() {
@@ -50,6 +51,24 @@ bool EndToEndRig::start() {
     if (!sound_.start()) {
         failure_ = sound_.failure();
         return false;
+    }
+    // A tray, as a user's desktop has: Kestrum's icon goes there and no window of Kestrum's opens (without
+    // one its panel would open as a window at launch and take the focus from the game).
+    if (!QStandardPaths::findExecutable(QStringLiteral("trayer")).isEmpty()) {
+        tray_ = std::make_unique<QProcess>();
+        tray_->start(QStringLiteral("trayer"), {QStringLiteral("--edge"), QStringLiteral("top"),
+                                                QStringLiteral("--align"), QStringLiteral("right")});
+        const bool trayShown = waitUntil(
+            [] {
+                return runTool(QStringLiteral("xdotool"),
+                               {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                QStringLiteral("--class"), QStringLiteral("trayer")});
+            },
+            10000);
+        if (!trayShown) {
+            failure_ = QStringLiteral("trayer did not show");
+            return false;
+        }
     }
     // The test programs share one home: earlier tests' recordings are not this run's.
     moviesAtStart_ = QDir(recordingsFolder()).entryList({QStringLiteral("*.mov")}, QDir::Files);

@@ -52,6 +52,7 @@ class EndToEndRig {
 
     XvfbServer display_;
     PulseAudioServer sound_;
+    std::unique_ptr<QProcess> tray_;  // trayer, when installed: Kestrum sits in it as on a user's desktop
     std::unique_ptr<QProcess> kestrum_;
     std::unique_ptr<QProcess> game_;
     std::unique_ptr<QProcess> otherWindow_;

@@ -29,4 +29,16 @@ QSizeF settingsWindowSize(const std::optional<ScreenFrames>& screen) {
             std::min(kSettingsWindowPreferredSize.height(), screen->availableFrame.height())};
 }
 
+QPointF menuBarPanelOrigin(QPointF pointer, QSizeF panelSize, const ScreenFrames& screen) {
+    const QRectF available = screen.availableFrame;
+    const bool trayAtTop = pointer.y() < screen.frame.center().y();
+    double x = pointer.x() - panelSize.width() / 2;
+    double y =
+        trayAtTop ? pointer.y() + kMenuBarPanelGapPx : pointer.y() - kMenuBarPanelGapPx - panelSize.height();
+    // Right and bottom first, so that a panel larger than the screen keeps its top left on it.
+    x = std::max(std::min(x, available.right() - panelSize.width()), available.left());
+    y = std::max(std::min(y, available.bottom() - panelSize.height()), available.top());
+    return {x, y};
+}
+
 }  // namespace kestrum

@@ -34,4 +34,11 @@ std::optional<QPointF> centredWindowOrigin(QSizeF windowSize, const std::optiona
 // scrolls).
 QSizeF settingsWindowSize(const std::optional<ScreenFrames>& screen);
 
+// The tray's panel opens by the pointer that clicked the tray icon (the tray cannot tell where its icon
+// is): centred across the pointer, below it when the tray sits in the upper half of the screen and above
+// it otherwise, `kMenuBarPanelGapPx` away; then moved as little as needed to lie wholly in the available
+// part of the screen (the top left wins when the panel is larger than that part).
+inline constexpr double kMenuBarPanelGapPx = 6;
+QPointF menuBarPanelOrigin(QPointF pointer, QSizeF panelSize, const ScreenFrames& screen);
+
 }  // namespace kestrum

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QProcess>
+#include <QTemporaryDir>
 
 #include <csignal>
 #include <memory>
@@ -18,6 +19,10 @@ class Launch {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("KESTRUM_PLATFORM"), QStringLiteral("fake"));
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        // One runtime folder for this program's launches (the instance's socket lies there), not the
+        // machine's shared default, where another checkout's tests may run a Kestrum at the same time.
+        static const QTemporaryDir runtime;
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtime.path());
         if (!startupID.isEmpty())
             environment.insert(QStringLiteral("DESKTOP_STARTUP_ID"), QString::fromUtf8(startupID));
         process_.setProcessEnvironment(environment);

@@ -3,6 +3,7 @@
 #include "DashboardViewModels.h"
 #include "QmlViewHarness.h"
 #include "ReviewViewModels.h"
+#include "ShellViewModels.h"
 
 #include <gtest/gtest.h>
 
@@ -21,14 +22,17 @@ namespace kestrum::test {
 namespace {
 
 // The properties a file needs to be made at all (its required properties): the review views bind to the
-// review objects of a short recording, the review window's to a controller on fakes, each made once for
-// the whole run (the style's files need none).
+// review objects of a short recording, the review window's to a controller on fakes, the shell's views to
+// the shell's models over fakes, each made once for the whole run (the style's files need none).
 QVariantMap initialProperties(const QString& resourcePath) {
     if (resourcePath.contains(QLatin1String("/Dashboard/"))) {
         static auto* dashboard = new DashboardViewModels();  // lives to the end of the run, with the windows
         return dashboard->propertiesFor(resourcePath);
     }
-    static auto* models = new ReviewViewModels();  // lives to the end of the run, with the windows
+    static auto* shellModels = new ShellViewModels();  // likewise
+    if (resourcePath.contains(QLatin1String("/Kestrum/Shell/")))
+        return shellModels->propertiesFor(resourcePath);
+    static auto* models = new ReviewViewModels();  // likewise
     return models->propertiesFor(resourcePath);
 }
 

@@ -19,9 +19,14 @@ int main(int argc, char** argv) {
     if (!home.isValid()) return 2;
     kestrum::test::usePrivateHome(home.path());
     kestrum::test::XvfbServer display;
+    // KESTRUM_TEST_SCREEN ("1280x600") gives a program a smaller screen than the usual 1920 by 1080.
+    const QStringList screenSize = qEnvironmentVariable("KESTRUM_TEST_SCREEN").split(QLatin1Char('x'));
+    const bool hasScreenSize = screenSize.size() == 2;
+    const int screenWidth = hasScreenSize ? screenSize[0].toInt() : 1920;
+    const int screenHeight = hasScreenSize ? screenSize[1].toInt() : 1080;
     if (kestrum::test::onlyListsTests(argc, argv)) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    } else if (display.start(1920, 1080)) {
+    } else if (display.start(screenWidth, screenHeight)) {
         qputenv("QT_QPA_PLATFORM", "xcb");
     } else {
         if (qEnvironmentVariable("KESTRUM_REQUIRE_MEDIA") == QLatin1String("1")) {

@@ -74,5 +74,48 @@ TEST(ShellWindowGeometry, TheSettingsWindowIsNoTallerThanTheAvailableScreen) {
     }
 }
 
+TEST(ShellWindowGeometry, ThePanelOpensByThePointerAndStaysOnTheAvailableScreen) {
+    struct Case {
+        const char* name;
+        QPointF pointer;
+        QSizeF panel;
+        ScreenFrames screen;
+        QPointF expected;
+    };
+    const ScreenFrames topPanel{{0, 0, 1920, 1080}, {0, 28, 1920, 1052}};
+    const ScreenFrames bottomPanel{{0, 0, 1920, 1080}, {0, 0, 1920, 1040}};
+    const ScreenFrames rightScreen{{1920, 0, 1280, 1024}, {1920, 0, 1280, 1024}};
+    const std::vector<Case> cases = {
+        {"a tray at the top: below the pointer, centred across it",
+         {900, 14},
+         {300, 280},
+         topPanel,
+         {750, 28}},
+        {"a tray at the bottom: above the pointer", {900, 1060}, {300, 280}, bottomPanel, {750, 760}},
+        {"a tray in the top right corner: pushed left onto the screen",
+         {1910, 10},
+         {300, 280},
+         topPanel,
+         {1620, 28}},
+        {"a tray in the bottom left corner: pushed right and above the bottom panel",
+         {5, 1070},
+         {300, 280},
+         bottomPanel,
+         {0, 760}},
+        {"a second screen's tray: kept on that screen", {3195, 5}, {300, 280}, rightScreen, {2900, 11}},
+        {"a panel taller than the screen keeps its top on it",
+         {900, 1060},
+         {300, 1200},
+         bottomPanel,
+         {750, 0}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const QPointF origin = menuBarPanelOrigin(c.pointer, c.panel, c.screen);
+        EXPECT_NEAR(origin.x(), c.expected.x(), 1e-9);
+        EXPECT_NEAR(origin.y(), c.expected.y(), 1e-9);
+    }
+}
+
 }  // namespace
 }  // namespace kestrum::test
