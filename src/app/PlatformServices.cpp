@@ -1,5 +1,6 @@
 #include "app/PlatformServices.h"
 
+#include "media/ffmpeg/FfmpegMovieRecovery.h"
 #include "media/ffmpeg/FfmpegMovieWriterFactory.h"
 #include "platform/fake/FakeAudioStream.h"
 #include "platform/fake/FakeFolderPicker.h"
@@ -34,6 +35,7 @@ PlatformServices makeLinuxPlatformServices() {
     services.folderPicker = std::make_unique<FakeFolderPicker>();
     services.systemLog = std::make_shared<SyslogSystemLog>();
     services.movieWriters = std::make_unique<ffmpeg::FfmpegMovieWriterFactory>();
+    services.movieRecovery = std::make_unique<ffmpeg::FfmpegMovieRecovery>();
     return services;
 }
 
@@ -49,6 +51,7 @@ PlatformServices makeFakePlatformServices() {
     services.folderPicker = std::make_unique<FakeFolderPicker>();
     services.systemLog = std::make_shared<FakeSystemLog>();
     services.movieWriters = std::make_unique<ffmpeg::FfmpegMovieWriterFactory>();
+    services.movieRecovery = std::make_unique<ffmpeg::FfmpegMovieRecovery>();
     return services;
 }
 

@@ -3,9 +3,18 @@
 #include "base/log/CaptureLog.h"
 #include "core/settings/UserDefaults.h"
 
+#include <QEventLoop>
+
 namespace kestrum {
 
 namespace {
+
+// End-to-end tests lengthen a finalisation so that they can quit during one; users never set this.
+Clock::Duration finalizationDelayForTests() {
+    bool valid = false;
+    const int delayMs = qEnvironmentVariableIntValue("KESTRUM_TEST_FINALIZATION_DELAY_MS", &valid);
+    return valid && delayMs > 0 ? std::chrono::milliseconds(delayMs) : Clock::Duration::zero();
+}
 
 GameCapturerEnvironment capturerEnvironment(PlatformServices& services, RecordingSavePath& savePath) {
     return GameCapturerEnvironment{*services.workspace,
@@ -15,10 +24,12 @@ GameCapturerEnvironment capturerEnvironment(PlatformServices& services, Recordin
                                    *services.screenCaptureAccess,
                                    *services.microphoneAccess,
                                    *services.movieWriters,
+                                   *services.movieRecovery,
                                    savePath,
                                    UserDefaults::standard(),
                                    Clock::system(),
-                                   RecordingSavePath::inProgressFolderPath()};
+                                   RecordingSavePath::inProgressFolderPath(),
+                                   finalizationDelayForTests()};
 }
 
 }  // namespace
@@ -30,19 +41,29 @@ RecordingSide::RecordingSide(PlatformServices services)
       permissions_(*services_.screenCaptureAccess, *services_.microphoneAccess, *services_.settingsOpener),
       storageBudget_(folderStore_, UserDefaults::standard()),
       savePath_(folderStore_),
-      capturer_(capturerEnvironment(services_, savePath_)) {
+      capturer_(capturerEnvironment(services_, savePath_)),
+      recovery_(*services_.movieRecovery, savePath_, RecordingSavePath::inProgressFolderPath()) {
     coordinator_ =
         std::make_unique<RecordingCoordinator>(*services_.workspace, *services_.screenCaptureAccess,
                                                capturer_, liveClient_, storageBudget_, Clock::system());
+    // Beside the coordinator, not before it: a game that is already running is recorded meanwhile, and
+    // its own recording is locked, so the recovery never takes it for an orphan.
+    recoveryTask_ =
+        Job<int>::start([recovery = &recovery_](CancellationToken) { return recovery->recoverOrphans(); });
 }
 
 RecordingSide::~RecordingSide() {
     coordinator_.reset();
+    // A recovery still running uses the members below; a quit has waited for it already.
+    QEventLoop loop;
+    while (recoveryTask_ && !recoveryTask_->isFinished()) loop.processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 QCoro::Task<void> RecordingSide::prepareForTermination() {
     auto prepared = coordinator_->prepareForTermination();
     co_await std::move(prepared);
+    const Job<int> recovery = *recoveryTask_;
+    co_await recovery;
     waitForCaptureLogWrites();
 }
 

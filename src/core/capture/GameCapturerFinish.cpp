@@ -1,7 +1,9 @@
 // The end of a capture: the streams stopped, the movie finalised and handed to the save path.
+#include "base/async/Detached.h"
 #include "base/log/CaptureLog.h"
 #include "core/capture/CaptureLogText.h"
 #include "core/capture/GameCapturer.h"
+#include "core/recording/RecordingRecovery.h"
 
 #include <QCoroFuture>
 #include <QStringList>
@@ -53,19 +55,17 @@ QStringList GameCapturer::trackSummaryLines() {
     return lines;
 }
 
-QCoro::Task<void> GameCapturer::finishCapture(std::optional<RecordingMetadata> metadata,
-                                              std::vector<RecordingEvent> events,
-                                              std::vector<RecordingScoreboardSnapshot> scoreboard) {
-    if (!stream_ || !assetWriter_ || !tempPath_) co_return;
-    const ReferenceDate date = recordingStartedAt_.value_or(ReferenceDate::now());
-    stopFocusTracking();
-    writeQueue_.sync([this] { isStopping_ = true; });
-    auto stop = stopStreams();
-    co_await std::move(stop);
-
+QCoro::Task<bool> GameCapturer::finalizeMovie() {
+    if (environment_.finalizationDelay > Clock::Duration::zero()) {
+        auto pause = environment_.clock.sleep(environment_.finalizationDelay, CancellationToken());
+        co_await std::move(pause);
+    }
+    bool sessionStarted = false;
     bool finishDue = false;
-    writeQueue_.sync(
-        [&] { finishDue = assetWriter_->status() == MovieWriterStatus::writing && isSessionStarted_; });
+    writeQueue_.sync([&] {
+        sessionStarted = isSessionStarted_;
+        finishDue = assetWriter_->status() == MovieWriterStatus::writing && isSessionStarted_;
+    });
     if (finishDue) {
         // The inputs are not marked finished first: finishing drains them.
         auto finishing = assetWriter_->finishWriting();
@@ -75,27 +75,62 @@ QCoro::Task<void> GameCapturer::finishCapture(std::optional<RecordingMetadata> m
         logCaptureError(
             QStringLiteral("Recording finalization skipped because no video session was started."));
     }
+    co_return sessionStarted;
+}
+
+QCoro::Task<void> GameCapturer::salvageCutShortMovie(QString path) {
+    // A named future: GCC 12 destroys the captures of a temporary lambda inside co_await twice.
+    QFuture<Result<RecoveredMovie>> rebuilding =
+        detached([recovery = &environment_.movieRecovery, path] { return recovery->recover(path); });
+    const Result<RecoveredMovie> rebuilt = co_await rebuilding;
+    if (rebuilt.ok()) {
+        logCaptureInfo(QStringLiteral("The recording was cut short by that failure; the %1 seconds written "
+                                      "before it are saved.")
+                           .arg(QString::number(rebuilt.value().heldSeconds, 'f', 1)));
+    } else {
+        logCaptureError(RecordingRecovery::unplayableLine(rebuilt.error().description));
+    }
+}
+
+QCoro::Task<void> GameCapturer::finishCapture(std::optional<RecordingMetadata> metadata,
+                                              std::vector<RecordingEvent> events,
+                                              std::vector<RecordingScoreboardSnapshot> scoreboard) {
+    if (!stream_ || !assetWriter_ || !tempPath_) co_return;
+    const ReferenceDate date = recordingStartedAt_.value_or(ReferenceDate::now());
+    stopFocusTracking();
+    writeQueue_.sync([this] { isStopping_ = true; });
+    auto stop = stopStreams();
+    co_await std::move(stop);
+    auto finalizing = finalizeMovie();
+    const bool sessionStarted = co_await std::move(finalizing);
     // After the finish, so that the writer's own count of what it discarded is complete; logged after the
     // outcome, which they explain.
     const QStringList summaries = trackSummaryLines();
-    const auto logSummaries = [&summaries] {
-        for (const QString& line : summaries) logCaptureInfo(line);
-    };
-
-    if (assetWriter_->status() != MovieWriterStatus::completed) {
+    const MovieWriterStatus status = assetWriter_->status();
+    if (status == MovieWriterStatus::completed) {
+        logCaptureInfo(QStringLiteral("Recording container finalized successfully."));
+    } else {
         logCaptureError(QStringLiteral("Recording finalization failed: ") +
                         describeWriterFailure(*assetWriter_));
-        logSummaries();
+    }
+    for (const QString& line : summaries) logCaptureInfo(line);
+    // A writer that failed after it had written something keeps what it wrote; without a session
+    // nothing was recorded.
+    if (status != MovieWriterStatus::completed && (status != MovieWriterStatus::failed || !sessionStarted)) {
         resetCaptureState(true);
         co_return;
     }
-    logCaptureInfo(QStringLiteral("Recording container finalized successfully."));
-    logSummaries();
     const QString path = *tempPath_;
+    InProgressRecording recording = std::exchange(recording_, {});
     resetCaptureState(false);
+    if (status != MovieWriterStatus::completed) {
+        auto salvage = salvageCutShortMovie(path);
+        co_await std::move(salvage);
+    }
     auto save = environment_.savePath.saveRecording(path, date, std::move(metadata), std::move(events),
                                                     std::move(scoreboard));
     co_await std::move(save);
+    recording.finish();
 }
 
 }  // namespace kestrum
