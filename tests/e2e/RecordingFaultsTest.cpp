@@ -52,6 +52,21 @@ void expectPlayableToTheEnd(const QString& movie, double durationSeconds) {
     EXPECT_TRUE(decodeAudio(movie, 0)) << "no sound track";
 }
 
+// Each stream's duration in seconds, in the movie's stream order, as ffprobe reads them.
+std::vector<double> probedStreamDurations(const QString& movie) {
+    QProcess ffprobe;
+    ffprobe.start(
+        QStringLiteral("ffprobe"),
+        {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-show_entries"),
+         QStringLiteral("stream=duration"), QStringLiteral("-of"), QStringLiteral("csv=p=0"), movie});
+    std::vector<double> durations;
+    if (!ffprobe.waitForFinished(30000) || ffprobe.exitCode() != 0) return durations;
+    for (const QString& line :
+         QString::fromUtf8(ffprobe.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts))
+        durations.push_back(line.trimmed().toDouble());
+    return durations;
+}
+
 std::optional<double> timelineStartSeconds(const QStringList& output) {
     static const QRegularExpression line(QStringLiteral("timeline starting at relative ([0-9.]+)s"));
     std::optional<double> last;
@@ -222,6 +237,29 @@ TEST_F(RecordingFaults, aRecordingsFolderDeletedDuringTheGameIsMadeAgainAtTheSav
     const std::optional<double> duration = probedDurationSeconds(*movie);
     ASSERT_TRUE(duration);
     EXPECT_GT(*duration, 15.0);
+}
+
+TEST_F(RecordingFaults, aSoundServerThatStopsEndsTheSoundTrackButNotThePicture) {
+    ASSERT_TRUE(rig_.start()) << rig_.failure().toStdString();
+    ASSERT_TRUE(startRecordedGame());
+    processEventsFor(6000);
+    rig_.stopSoundServer();
+    rig_.waitForGameEnd(60000);
+    const std::optional<QString> movie = rig_.waitForSavedRecording(60000);
+    ASSERT_TRUE(movie);
+    const std::vector<double> durations = probedStreamDurations(*movie);
+    ASSERT_EQ(durations.size(), 2u);
+    std::printf("figure video_seconds %.2f\nfigure sound_seconds %.2f\n", durations[0], durations[1]);
+    EXPECT_GT(durations[0], 15.0);
+    EXPECT_LT(durations[1], durations[0] - 5.0);
+    EXPECT_GT(durations[1], 3.0);
+    const QStringList log = rig_.captureLogMessages();
+    const auto systemAudio = std::find_if(log.begin(), log.end(), [](const QString& line) {
+        return line.startsWith(QStringLiteral("system audio: "));
+    });
+    ASSERT_NE(systemAudio, log.end()) << log.join('\n').toStdString();
+    EXPECT_TRUE(systemAudio->contains(QStringLiteral("; ended before the stop: ")))
+        << systemAudio->toStdString();
 }
 
 TEST_F(RecordingFaults, aQuitDuringALongFinalisationWaitsForACompleteFile) {

@@ -116,14 +116,16 @@ class GameCapturer final : public RecordingCapturer, private CaptureStreamOutput
     void claimRecording(const QString& moviePath);
 
     // Main thread: the end of a capture.
-    QCoro::Task<void> stopStreams();
+    // Gives why the audio stream had ended by itself before the stop (a lost sound server), if it had.
+    QCoro::Task<std::optional<QString>> stopStreams();
     // Finalises the movie when its session started, else cancels the writer; gives whether a session
     // had started.
     QCoro::Task<bool> finalizeMovie();
     // Rebuilds the movie of a writer that failed from its journal, and says so in the capture log.
     QCoro::Task<void> salvageCutShortMovie(QString path);
-    // One line per track for the capture log, once the streams have stopped.
-    QStringList trackSummaryLines();
+    // One line per track for the capture log, once the streams have stopped; an audio stream that ended
+    // before the stop says so on its tracks' lines.
+    QStringList trackSummaryLines(const std::optional<QString>& audioEndedEarly);
 
     GameCapturerEnvironment environment_;
     CancellationToken lifetimeToken_;  // cancels the window search when the capturer goes away

@@ -10,23 +10,23 @@
 
 namespace kestrum {
 
-QCoro::Task<void> GameCapturer::stopStreams() {
+QCoro::Task<std::optional<QString>> GameCapturer::stopStreams() {
     auto stopVideo = stream_->stopCapture();
     const Status videoStopped = co_await std::move(stopVideo);
     if (!videoStopped.ok()) {
         logCaptureInfo(QStringLiteral("Capture source ended before stop completed: ") +
                        videoStopped.error().description);
     }
-    if (!audioStream_) co_return;
+    if (!audioStream_) co_return std::nullopt;
     auto stopAudio = audioStream_->stopCapture();
     const Status audioStopped = co_await std::move(stopAudio);
-    if (!audioStopped.ok()) {
-        logCaptureInfo(QStringLiteral("Audio capture ended before stop completed: ") +
-                       audioStopped.error().description);
-    }
+    if (audioStopped.ok()) co_return std::nullopt;
+    logCaptureInfo(QStringLiteral("Audio capture ended before stop completed: ") +
+                   audioStopped.error().description);
+    co_return audioStopped.error().description;
 }
 
-QStringList GameCapturer::trackSummaryLines() {
+QStringList GameCapturer::trackSummaryLines(const std::optional<QString>& audioEndedEarly) {
     const QString windowCounters = stream_->counters().description();
     std::optional<QString> systemAudioCounters;
     std::optional<QString> microphoneCounters;
@@ -45,9 +45,12 @@ QStringList GameCapturer::trackSummaryLines() {
                                   const std::optional<QString>& counters) {
             // A source that was off has neither an input nor samples: it gets no line.
             if (!track.input() && track.tally().received() == 0) return;
-            lines << trackSummaryLine(
+            QString line = trackSummaryLine(
                 name + QStringLiteral(": ") + track.tally().description(QStringLiteral("buffers")),
                 track.input(), QStringLiteral("audio stream"), counters);
+            // The track ends where the stream did, short of the picture.
+            if (audioEndedEarly) line += QStringLiteral("; ended before the stop: ") + *audioEndedEarly;
+            lines << line;
         };
         addAudio(QStringLiteral("system audio"), systemAudioTrack_, systemAudioCounters);
         addAudio(QStringLiteral("microphone"), microphoneTrack_, microphoneCounters);
@@ -100,12 +103,12 @@ QCoro::Task<void> GameCapturer::finishCapture(std::optional<RecordingMetadata> m
     stopFocusTracking();
     writeQueue_.sync([this] { isStopping_ = true; });
     auto stop = stopStreams();
-    co_await std::move(stop);
+    const std::optional<QString> audioEndedEarly = co_await std::move(stop);
     auto finalizing = finalizeMovie();
     const bool sessionStarted = co_await std::move(finalizing);
     // After the finish, so that the writer's own count of what it discarded is complete; logged after the
     // outcome, which they explain.
-    const QStringList summaries = trackSummaryLines();
+    const QStringList summaries = trackSummaryLines(audioEndedEarly);
     const MovieWriterStatus status = assetWriter_->status();
     if (status == MovieWriterStatus::completed) {
         logCaptureInfo(QStringLiteral("Recording container finalized successfully."));

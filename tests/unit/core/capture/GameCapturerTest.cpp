@@ -187,6 +187,30 @@ TEST_F(GameCapturerSteps, theStopLogsOneLinePerTrackWithTheFateOfEverySample) {
                       "full, 0 discarded; audio stream: buffers 1, overruns 1, lost 20 ms, late 0 ms")}));
 }
 
+// A sound server lost mid-game ends the sound track early; the picture goes on, and the stop's lines of
+// the sound tracks say why they are short.
+TEST_F(GameCapturerSteps, anAudioStreamThatEndedByItselfIsNamedOnItsTracksLines) {
+    auto job = rig_.start();
+    rig_.stream()->deliverFrame(hostTimeNow());
+    rig_.awaitStart(job);
+    rig_.audio()->core.stopError =
+        Error{QStringLiteral("Audio"), 1,
+              QStringLiteral("The sound server ended the audio capture by itself."), nullptr};
+    rig_.finish();
+    const QStringList lines = linesAfterDrain();
+    EXPECT_TRUE(lines.contains(QStringLiteral(
+        "Audio capture ended before stop completed: The sound server ended the audio capture by itself.")));
+    const auto systemAudio = std::find_if(lines.begin(), lines.end(), [](const QString& line) {
+        return line.startsWith(QStringLiteral("system audio: "));
+    });
+    ASSERT_NE(systemAudio, lines.end()) << lines.join('\n').toStdString();
+    EXPECT_TRUE(systemAudio->endsWith(
+        QStringLiteral("; ended before the stop: The sound server ended the audio capture by itself.")))
+        << systemAudio->toStdString();
+    for (const QString& line : lines)
+        EXPECT_FALSE(line.startsWith(QStringLiteral("video: ")) && line.contains("ended before"));
+}
+
 TEST_F(GameCapturerSteps, soundBeforeAnyFrameNeverReachesAnInput) {
     auto job = rig_.start();
     ASSERT_NE(rig_.audio(), nullptr);
