@@ -262,6 +262,56 @@ TEST_F(RecordingFaults, aSoundServerThatStopsEndsTheSoundTrackButNotThePicture) 
         << systemAudio->toStdString();
 }
 
+TEST_F(RecordingFaults, aGameWindowMadeAgainKeepsThePictureUpToItsLossAndTheDocument) {
+    ASSERT_TRUE(rig_.start()) << rig_.failure().toStdString();
+    ASSERT_TRUE(rig_.startGame(kShortGame, {QStringLiteral("--window-gap"), QStringLiteral("9:2")}));
+    ASSERT_TRUE(rig_.waitForKestrumLine(QStringLiteral("timeline starting at relative"), 30000));
+    const std::optional<double> timelineStart = timelineStartSeconds(rig_.kestrumOutput());
+    ASSERT_TRUE(timelineStart);
+    ASSERT_TRUE(
+        waitUntil([&] { return rig_.gameOutput().contains(QStringLiteral("window destroyed")); }, 30000));
+    const double lossSeconds = hostTimeToSeconds(hostTimeNow()) - *timelineStart;
+    rig_.waitForGameEnd(60000);
+    const std::optional<QString> movie = rig_.waitForSavedRecording(60000);
+    ASSERT_TRUE(movie);
+    const std::optional<double> duration = probedDurationSeconds(*movie);
+    ASSERT_TRUE(duration) << "the movie does not play";
+    EXPECT_GE(*duration, lossSeconds - 1.0);
+    const std::optional<QImage> beforeLoss = movieFrameAt(*movie, lossSeconds - 1.0);
+    ASSERT_TRUE(beforeLoss);
+    EXPECT_TRUE(decodeClockStripe(*beforeLoss)) << "no game picture a second before the loss";
+    const Result<RecordingSessionData> document =
+        decodeSessionData(readFileBytes(movie->chopped(3) + QStringLiteral("json")).toStdString());
+    ASSERT_TRUE(document.ok()) << document.error().description.toStdString();
+    // The game's kills came after the loss: the collection went on.
+    EXPECT_TRUE(std::any_of(document.value().events.begin(), document.value().events.end(),
+                            [](const RecordingEvent& event) { return event.name == "FirstBlood"; }));
+}
+
+TEST_F(RecordingFaults, aServiceThatHangsLosesNoEventAndHoldsNothingBack) {
+    ASSERT_TRUE(rig_.start()) << rig_.failure().toStdString();
+    // Every path accepts and never answers from the 9th to the 16th second of the simulator: across the
+    // first kill. A request that waited for its answer would stop the collection for good.
+    ASSERT_TRUE(rig_.startGame(kShortGame, {QStringLiteral("--fault"), QStringLiteral("hang:9:16")}));
+    ASSERT_TRUE(rig_.waitForKestrumLine(QStringLiteral("timeline starting at relative"), 30000));
+    const std::optional<qint64> gameEndNs = rig_.waitForGameEnd(60000);
+    ASSERT_TRUE(gameEndNs);
+    const std::optional<QString> movie = rig_.waitForSavedRecording(20000);
+    ASSERT_TRUE(movie) << "the save waited on the hung service";
+    const QStringList log = rig_.captureLogMessages();
+    EXPECT_TRUE(std::any_of(log.begin(), log.end(), [](const QString& line) {
+        return line.startsWith(QStringLiteral("Live Client Data API /")) &&
+               line.contains(QStringLiteral(" failed: "));
+    })) << log.join('\n').toStdString();
+    const Result<RecordingSessionData> document =
+        decodeSessionData(readFileBytes(movie->chopped(3) + QStringLiteral("json")).toStdString());
+    ASSERT_TRUE(document.ok()) << document.error().description.toStdString();
+    std::vector<std::string> names;
+    for (const RecordingEvent& event : document.value().events) names.push_back(event.name);
+    for (const char* expected : {"GameStart", "FirstBlood", "ChampionKill", "Multikill"})
+        EXPECT_NE(std::find(names.begin(), names.end(), expected), names.end()) << "missing " << expected;
+}
+
 TEST_F(RecordingFaults, aQuitDuringALongFinalisationWaitsForACompleteFile) {
     constexpr int kDelayMs = 6000;
     rig_.setKestrumEnvironment(QStringLiteral("KESTRUM_TEST_FINALIZATION_DELAY_MS"),
