@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QJsonArray>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -249,6 +250,44 @@ std::optional<QImage> movieFrameAt(const QString& moviePath, double seconds) {
     QImage image(frame);
     if (image.isNull()) return std::nullopt;
     return image;
+}
+
+std::optional<QJsonObject> probeMovie(const QString& moviePath) {
+    QProcess ffprobe;
+    ffprobe.start(
+        QStringLiteral("ffprobe"),
+        {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-print_format"),
+         QStringLiteral("json"), QStringLiteral("-show_format"), QStringLiteral("-show_streams"), moviePath});
+    if (!ffprobe.waitForFinished(30000) || ffprobe.exitCode() != 0) return std::nullopt;
+    return QJsonDocument::fromJson(ffprobe.readAllStandardOutput()).object();
+}
+
+std::optional<double> probedDurationSeconds(const QString& moviePath) {
+    const std::optional<QJsonObject> probed = probeMovie(moviePath);
+    if (!probed) return std::nullopt;
+    bool valid = false;
+    const double seconds =
+        (*probed)[QStringLiteral("format")][QStringLiteral("duration")].toString().toDouble(&valid);
+    return valid ? std::optional(seconds) : std::nullopt;
+}
+
+std::vector<double> probedStreamDurations(const QString& moviePath) {
+    std::vector<double> durations;
+    const std::optional<QJsonObject> probed = probeMovie(moviePath);
+    if (!probed) return durations;
+    for (const QJsonValue stream : (*probed)[QStringLiteral("streams")].toArray())
+        durations.push_back(stream[QStringLiteral("duration")].toString().toDouble());
+    return durations;
+}
+
+std::optional<double> timelineStartSeconds(const QStringList& kestrumOutput) {
+    static const QRegularExpression line(QStringLiteral("timeline starting at relative ([0-9.]+)s"));
+    std::optional<double> latest;
+    for (const QString& text : kestrumOutput) {
+        const auto match = line.match(text);
+        if (match.hasMatch()) latest = match.captured(1).toDouble();
+    }
+    return latest;
 }
 
 }  // namespace kestrum::test

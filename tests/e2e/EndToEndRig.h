@@ -5,12 +5,14 @@
 #include <QDateTime>
 #include <QHash>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace kestrum::test {
 
@@ -83,5 +85,14 @@ class EndToEndRig {
 
 // The frame of `moviePath` at `seconds`, extracted with the ffmpeg program; absent when it cannot be.
 std::optional<QImage> movieFrameAt(const QString& moviePath, double seconds);
+
+// ffprobe's JSON of the movie's format and streams; absent when ffprobe cannot read the movie.
+std::optional<QJsonObject> probeMovie(const QString& moviePath);
+// The movie's duration in seconds, and each stream's in stream order, from ffprobe.
+std::optional<double> probedDurationSeconds(const QString& moviePath);
+std::vector<double> probedStreamDurations(const QString& moviePath);
+
+// The host time, in seconds, at which kestrum's latest movie timeline started, from its console line.
+std::optional<double> timelineStartSeconds(const QStringList& kestrumOutput);
 
 }  // namespace kestrum::test

@@ -31,50 +31,12 @@ namespace {
 
 const QString kShortGame = QStringLiteral(KESTRUM_SOURCE_DIR "/tests/e2e/scripts/short.json");
 
-// The movie's duration as ffprobe reads it; absent when ffprobe cannot read the movie.
-std::optional<double> probedDurationSeconds(const QString& movie) {
-    QProcess ffprobe;
-    ffprobe.start(
-        QStringLiteral("ffprobe"),
-        {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-show_entries"),
-         QStringLiteral("format=duration"), QStringLiteral("-of"), QStringLiteral("csv=p=0"), movie});
-    if (!ffprobe.waitForFinished(30000) || ffprobe.exitCode() != 0) return std::nullopt;
-    bool valid = false;
-    const double seconds = QString::fromUtf8(ffprobe.readAllStandardOutput()).trimmed().toDouble(&valid);
-    return valid ? std::optional(seconds) : std::nullopt;
-}
-
 // The movie plays to its end: its last second shows the game's clock, and its sound decodes.
 void expectPlayableToTheEnd(const QString& movie, double durationSeconds) {
     const std::optional<QImage> lastFrame = movieFrameAt(movie, std::max(0.0, durationSeconds - 1.0));
     ASSERT_TRUE(lastFrame) << "no frame a second before the end";
     EXPECT_TRUE(decodeClockStripe(*lastFrame)) << "no game clock a second before the end";
     EXPECT_TRUE(decodeAudio(movie, 0)) << "no sound track";
-}
-
-// Each stream's duration in seconds, in the movie's stream order, as ffprobe reads them.
-std::vector<double> probedStreamDurations(const QString& movie) {
-    QProcess ffprobe;
-    ffprobe.start(
-        QStringLiteral("ffprobe"),
-        {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-show_entries"),
-         QStringLiteral("stream=duration"), QStringLiteral("-of"), QStringLiteral("csv=p=0"), movie});
-    std::vector<double> durations;
-    if (!ffprobe.waitForFinished(30000) || ffprobe.exitCode() != 0) return durations;
-    for (const QString& line :
-         QString::fromUtf8(ffprobe.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts))
-        durations.push_back(line.trimmed().toDouble());
-    return durations;
-}
-
-std::optional<double> timelineStartSeconds(const QStringList& output) {
-    static const QRegularExpression line(QStringLiteral("timeline starting at relative ([0-9.]+)s"));
-    std::optional<double> last;
-    for (const QString& text : output) {
-        const auto match = line.match(text);
-        if (match.hasMatch()) last = match.captured(1).toDouble();
-    }
-    return last;
 }
 
 // The Unix time in milliseconds at which the simulator's game clock read zero.

@@ -10,17 +10,13 @@
 
 namespace kestrum {
 
-namespace {
-
-int syncData(int fd) {
+int syncFileData(int fd) {
 #if defined(__APPLE__)
     return ::fsync(fd);
 #else
     return ::fdatasync(fd);
 #endif
 }
-
-}  // namespace
 
 Error fileError(const QString& path, int errorNumber) {
     return Error{QStringLiteral("NSPOSIXErrorDomain"), errorNumber,
@@ -80,7 +76,7 @@ Status DurableAppendFile::append(std::string_view bytes) {
 Status DurableAppendFile::sync() {
     if (fd_ < 0) return fileError(path_, EBADF);
     if (!dirty_) return Status::success();
-    if (syncData(fd_) != 0) return fileError(path_, errno);
+    if (syncFileData(fd_) != 0) return fileError(path_, errno);
     dirty_ = false;
     return Status::success();
 }

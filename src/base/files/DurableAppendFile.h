@@ -50,6 +50,9 @@ class DurableAppendFile {
     bool dirty_ = false;
 };
 
+// Makes the data written to `fd` durable (fdatasync; fsync where there is none); 0 or -1 with errno.
+int syncFileData(int fd);
+
 // The system's text for `errorNumber`, as "<path>: <reason>".
 Error fileError(const QString& path, int errorNumber);
 

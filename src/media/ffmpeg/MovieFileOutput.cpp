@@ -22,14 +22,6 @@ namespace {
 // The size of libavformat's own file buffer.
 constexpr int kBufferBytes = 32768;
 
-int syncData(int fd) {
-#if defined(__APPLE__)
-    return ::fsync(fd);
-#else
-    return ::fdatasync(fd);
-#endif
-}
-
 }  // namespace
 
 Result<std::unique_ptr<MovieFileOutput>> MovieFileOutput::create(const QString& path) {
@@ -86,7 +78,7 @@ std::int64_t MovieFileOutput::seek(void* opaque, std::int64_t offset, int whence
 Status MovieFileOutput::sync() {
     avio_flush(io_);
     if (io_->error < 0) return ffmpegError(io_->error, QStringLiteral("Could not write to the movie file"));
-    if (syncData(fd_) != 0)
+    if (syncFileData(fd_) != 0)
         return ffmpegError(AVERROR(errno), QStringLiteral("Could not sync the movie file"));
     return Status::success();
 }
