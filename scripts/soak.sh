@@ -101,6 +101,10 @@ seconds_at_start=$(date +%s.%N)
 # The focus leaves the game for another window and comes back, every 30 seconds.
 xmessage -name soak-other "Another application" >/dev/null 2>&1 &
 started_pids+=($!)
+# A new window takes the focus: give it back to the game before the cycle starts.
+for _ in $(seq 50); do xdotool search --class Xmessage >/dev/null 2>&1 && break; sleep 0.2; done
+sleep 1
+xdotool search --onlyvisible --name 'League of Legends' | head -1 | xargs -r xdotool windowactivate
 (
     away=false
     while kill -0 "$game_pid" 2>/dev/null; do
