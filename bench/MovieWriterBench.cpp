@@ -3,6 +3,7 @@
 // CPU seconds spent per encoded second (getrusage of this process for the writer, of the child for
 // ffmpeg) and the real-time factor (encoded seconds per wall second). KESTRUM_BENCH_SECONDS sets the
 // clip length (10 by default).
+#include "SyntheticFrames.h"
 #include "media/MovieOutputSettings.h"
 #include "media/ffmpeg/FfmpegMovieWriterFactory.h"
 #include "media/ffmpeg/VideoEncoderSelection.h"
@@ -50,29 +51,6 @@ double cpuSecondsOf(int who) {
 
 double wallNow() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
-// A cycle of game-like frames (scrolling gradient, a moving block, grain), made before timing starts.
-std::vector<std::shared_ptr<const PixelBuffer>> makeFrames(int width, int height, int count) {
-    std::vector<std::shared_ptr<const PixelBuffer>> frames;
-    std::minstd_rand noise(7);
-    for (int index = 0; index < count; ++index) {
-        std::vector<std::uint8_t> bytes(static_cast<std::size_t>(width) * height * 4);
-        for (int y = 0; y < height; ++y) {
-            for (int x = 0; x < width; ++x) {
-                std::uint8_t* pixel = bytes.data() + (static_cast<std::size_t>(y) * width + x) * 4;
-                const bool block =
-                    std::abs(x - index * 20) < width / 10 && std::abs(y - height / 2) < height / 8;
-                const int grain = static_cast<int>(noise() % 24);
-                pixel[0] = static_cast<std::uint8_t>(((x + index * 6) % 256) / 2 + grain);
-                pixel[1] = static_cast<std::uint8_t>((block ? 200 : (y % 128)) + grain / 2);
-                pixel[2] = static_cast<std::uint8_t>(((x + y) / 4 + index) % 200 + grain);
-                pixel[3] = 0xFF;
-            }
-        }
-        frames.push_back(PixelBuffer::make(width, height, width * 4, std::move(bytes)));
-    }
-    return frames;
 }
 
 Measurement runWriter(const Scenario& scenario, const std::vector<std::shared_ptr<const PixelBuffer>>& frames,
@@ -184,7 +162,7 @@ int main() {
     int failures = 0;
     for (const Scenario& scenario : scenarios) {
         const int frameCount = static_cast<int>(clipSeconds * static_cast<int>(scenario.frameRate));
-        const auto frames = makeFrames(scenario.width, scenario.height, 30);
+        const auto frames = bench::makeFrames(scenario.width, scenario.height, 30);
         const std::string name = scenario.name;
         const Measurement ours =
             runWriter(scenario, frames, frameCount, folder.filePath(QStringLiteral("ours.mov")));

@@ -50,7 +50,9 @@ class LiveGameClient final : public RecordingLiveClient {
         co_await clock_.sleep(std::chrono::hours(1), token);
         co_return std::nullopt;
     }
-    QCoro::Task<RecordingTelemetry> collectTelemetry(ReferenceDate, CancellationToken token) override {
+    QCoro::Task<RecordingTelemetry> collectTelemetry(ReferenceDate,
+                                                     std::shared_ptr<RecordingTelemetryJournal>,
+                                                     CancellationToken token) override {
         co_await clock_.sleep(std::chrono::hours(1), token);
         co_return RecordingTelemetry{};
     }

@@ -1,6 +1,7 @@
 #include "app/PlatformServices.h"
 
 #include "app/FileDialogFolderPicker.h"
+#include "media/ffmpeg/FfmpegMovieRecovery.h"
 #include "media/ffmpeg/FfmpegMovieWriterFactory.h"
 #include "platform/fake/FakeAudioStream.h"
 #include "platform/fake/FakeAutostartEntry.h"
@@ -52,6 +53,7 @@ PlatformServices makeLinuxPlatformServices() {
     services.desktopColorScheme = std::make_unique<PortalDesktopColorScheme>();
     services.systemLog = std::make_shared<SyslogSystemLog>();
     services.movieWriters = std::make_unique<ffmpeg::FfmpegMovieWriterFactory>();
+    services.movieRecovery = std::make_unique<ffmpeg::FfmpegMovieRecovery>();
     return services;
 }
 
@@ -71,6 +73,7 @@ PlatformServices makeFakePlatformServices() {
     services.desktopColorScheme = std::make_unique<FakeDesktopColorScheme>();
     services.systemLog = std::make_shared<FakeSystemLog>();
     services.movieWriters = std::make_unique<ffmpeg::FfmpegMovieWriterFactory>();
+    services.movieRecovery = std::make_unique<ffmpeg::FfmpegMovieRecovery>();
     return services;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/log/SystemLog.h"
+#include "media/MovieRecovery.h"
 #include "media/MovieWriterFactory.h"
 #include "platform/ports/AudioStream.h"
 #include "platform/ports/AutostartEntry.h"
@@ -36,6 +37,7 @@ struct PlatformServices {
     std::unique_ptr<DesktopColorScheme> desktopColorScheme;
     std::shared_ptr<SystemLog> systemLog;
     std::unique_ptr<MovieWriterFactory> movieWriters;
+    std::unique_ptr<MovieRecovery> movieRecovery;
 };
 
 // The Linux adapters: /proc and X11 for the desktop, XComposite for the window, PulseAudio for sound (the

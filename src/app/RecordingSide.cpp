@@ -5,9 +5,18 @@
 #include "core/shell/PermissionTexts.h"
 #include "platform/linux/pulse/BackgroundMicrophoneAccess.h"
 
+#include <QEventLoop>
+
 namespace kestrum {
 
 namespace {
+
+// End-to-end tests lengthen a finalisation so that they can quit during one; users never set this.
+Clock::Duration finalizationDelayForTests() {
+    bool valid = false;
+    const int delayMs = qEnvironmentVariableIntValue("KESTRUM_TEST_FINALIZATION_DELAY_MS", &valid);
+    return valid && delayMs > 0 ? std::chrono::milliseconds(delayMs) : Clock::Duration::zero();
+}
 
 GameCapturerEnvironment capturerEnvironment(PlatformServices& services, RecordingSavePath& savePath) {
     return GameCapturerEnvironment{*services.workspace,
@@ -17,10 +26,12 @@ GameCapturerEnvironment capturerEnvironment(PlatformServices& services, Recordin
                                    *services.screenCaptureAccess,
                                    *services.microphoneAccess,
                                    *services.movieWriters,
+                                   *services.movieRecovery,
                                    savePath,
                                    UserDefaults::standard(),
                                    Clock::system(),
-                                   RecordingSavePath::inProgressFolderPath()};
+                                   RecordingSavePath::inProgressFolderPath(),
+                                   finalizationDelayForTests()};
 }
 
 }  // namespace
@@ -34,7 +45,8 @@ RecordingSide::RecordingSide(PlatformServices services)
       storageBudget_(folderStore_, UserDefaults::standard()),
       savePath_(folderStore_),
       capturer_(capturerEnvironment(services_, savePath_)),
-      sessionEndGuard_(capturer_, *services_.sessionEndInhibitor) {
+      sessionEndGuard_(capturer_, *services_.sessionEndInhibitor),
+      recovery_(*services_.movieRecovery, savePath_, RecordingSavePath::inProgressFolderPath()) {
     // A microphone answer read in the background shows at once, not at the next poll.
     if (auto* microphone = dynamic_cast<BackgroundMicrophoneAccess*>(services_.microphoneAccess.get())) {
         QObject::connect(microphone, &BackgroundMicrophoneAccess::statusChanged, &permissions_,
@@ -43,15 +55,24 @@ RecordingSide::RecordingSide(PlatformServices services)
     coordinator_ = std::make_unique<RecordingCoordinator>(*services_.workspace,
                                                           *services_.screenCaptureAccess, sessionEndGuard_,
                                                           liveClient_, storageBudget_, Clock::system());
+    // Beside the coordinator, not before it: a game that is already running is recorded meanwhile, and
+    // its own recording is locked, so the recovery never takes it for an orphan.
+    recoveryTask_ =
+        Job<int>::start([recovery = &recovery_](CancellationToken) { return recovery->recoverOrphans(); });
 }
 
 RecordingSide::~RecordingSide() {
     coordinator_.reset();
+    // A recovery still running uses the members below; a quit has waited for it already.
+    QEventLoop loop;
+    while (recoveryTask_ && !recoveryTask_->isFinished()) loop.processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 QCoro::Task<void> RecordingSide::prepareForTermination() {
     auto prepared = coordinator_->prepareForTermination();
     co_await std::move(prepared);
+    const Job<int> recovery = *recoveryTask_;
+    co_await recovery;
     waitForCaptureLogWrites();
 }
 

@@ -6,10 +6,12 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QJsonArray>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
+#include <sys/resource.h>
 #include <csignal>
 
 namespace kestrum::test {
@@ -75,20 +77,65 @@ bool EndToEndRig::start() {
     // The programs draw on the private X server, whatever platform this test program itself uses.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    for (auto name = kestrumEnvironment_.keyBegin(); name != kestrumEnvironment_.keyEnd(); ++name)
+        environment.remove(*name);
     childEnvironment_ = environment;
+    return launchKestrum();
+}
+
+void EndToEndRig::setKestrumEnvironment(const QString& name, const QString& value) {
+    kestrumEnvironment_.insert(name, value);
+}
+
+bool EndToEndRig::launchKestrum() {
     kestrum_ = std::make_unique<QProcess>();
-    kestrum_->setProcessEnvironment(childEnvironment_);
+    QProcessEnvironment environment = childEnvironment_;
+    for (auto entry = kestrumEnvironment_.cbegin(); entry != kestrumEnvironment_.cend(); ++entry)
+        environment.insert(entry.key(), entry.value());
+    kestrum_->setProcessEnvironment(environment);
     kestrum_->setProcessChannelMode(QProcess::MergedChannels);
+    // Runs in the child between fork and exec; an ignored signal stays ignored across exec.
+    if (ignoreFileSizeSignal_) kestrum_->setChildProcessModifier([] { ::signal(SIGXFSZ, SIG_IGN); });
     QObject::connect(kestrum_.get(), &QProcess::readyReadStandardOutput, [this] { collectKestrumOutput(); });
+    const qsizetype linesBefore = kestrumOutput_.size();
     kestrum_->start(QStringLiteral(KESTRUM_BINARY_PATH), {});
-    if (!waitForKestrumLine(QStringLiteral("Kestrum is running"), 20000)) {
+    const bool running = waitUntil(
+        [&] {
+            collectKestrumOutput();
+            return std::any_of(
+                kestrumOutput_.begin() + linesBefore, kestrumOutput_.end(),
+                [](const QString& line) { return line.contains(QStringLiteral("Kestrum is running")); });
+        },
+        20000);
+    if (!running) {
         failure_ = QStringLiteral("kestrum did not start: ") + kestrumOutput_.join(QLatin1Char('\n'));
         return false;
     }
     return true;
 }
 
+void EndToEndRig::killKestrum() {
+    collectKestrumOutput();
+    if (kestrum_->state() == QProcess::NotRunning) return;
+    ::kill(static_cast<pid_t>(kestrum_->processId()), SIGKILL);
+    kestrum_->waitForFinished(10000);
+    collectKestrumOutput();
+}
+
+bool EndToEndRig::restartKestrum() {
+    if (kestrum_ && kestrum_->state() != QProcess::NotRunning) return false;
+    return launchKestrum();
+}
+
+bool EndToEndRig::limitKestrumFileSize(std::optional<qint64> bytes) {
+    // Set on the running process rather than inherited from the start: X's shared-memory frames are
+    // files too, sized when the capture starts, and a limit below their size would stop the capture.
+    const rlimit limit{bytes ? static_cast<rlim_t>(*bytes) : RLIM_INFINITY, RLIM_INFINITY};
+    return ::prlimit(static_cast<pid_t>(kestrum_->processId()), RLIMIT_FSIZE, &limit, nullptr) == 0;
+}
+
 void EndToEndRig::collectKestrumOutput() {
+    if (!kestrum_) return;
     partialLine_ += kestrum_->readAllStandardOutput();
     qsizetype end = 0;
     while ((end = partialLine_.indexOf('\n')) >= 0) {
@@ -160,6 +207,8 @@ std::optional<QString> EndToEndRig::waitForSavedRecording(int timeoutMs) {
 }
 
 bool EndToEndRig::stopKestrum(int timeoutMs) {
+    // Not running: its process id reads 0, which kill() would take for this whole process group.
+    if (!kestrum_ || kestrum_->state() == QProcess::NotRunning) return false;
     ::kill(static_cast<pid_t>(kestrum_->processId()), SIGTERM);
     const bool ended = waitUntil([&] { return kestrum_->state() == QProcess::NotRunning; }, timeoutMs);
     collectKestrumOutput();
@@ -220,6 +269,44 @@ std::optional<QImage> movieFrameAt(const QString& moviePath, double seconds) {
     QImage image(frame);
     if (image.isNull()) return std::nullopt;
     return image;
+}
+
+std::optional<QJsonObject> probeMovie(const QString& moviePath) {
+    QProcess ffprobe;
+    ffprobe.start(
+        QStringLiteral("ffprobe"),
+        {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-print_format"),
+         QStringLiteral("json"), QStringLiteral("-show_format"), QStringLiteral("-show_streams"), moviePath});
+    if (!ffprobe.waitForFinished(30000) || ffprobe.exitCode() != 0) return std::nullopt;
+    return QJsonDocument::fromJson(ffprobe.readAllStandardOutput()).object();
+}
+
+std::optional<double> probedDurationSeconds(const QString& moviePath) {
+    const std::optional<QJsonObject> probed = probeMovie(moviePath);
+    if (!probed) return std::nullopt;
+    bool valid = false;
+    const double seconds =
+        (*probed)[QStringLiteral("format")][QStringLiteral("duration")].toString().toDouble(&valid);
+    return valid ? std::optional(seconds) : std::nullopt;
+}
+
+std::vector<double> probedStreamDurations(const QString& moviePath) {
+    std::vector<double> durations;
+    const std::optional<QJsonObject> probed = probeMovie(moviePath);
+    if (!probed) return durations;
+    for (const QJsonValue stream : (*probed)[QStringLiteral("streams")].toArray())
+        durations.push_back(stream[QStringLiteral("duration")].toString().toDouble());
+    return durations;
+}
+
+std::optional<double> timelineStartSeconds(const QStringList& kestrumOutput) {
+    static const QRegularExpression line(QStringLiteral("timeline starting at relative ([0-9.]+)s"));
+    std::optional<double> latest;
+    for (const QString& text : kestrumOutput) {
+        const auto match = line.match(text);
+        if (match.hasMatch()) latest = match.captured(1).toDouble();
+    }
+    return latest;
 }
 
 }  // namespace kestrum::test

@@ -3,13 +3,16 @@
 #include "support/DisplayServers.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace kestrum::test {
 
@@ -21,8 +24,22 @@ class EndToEndRig {
     EndToEndRig() = default;
     ~EndToEndRig();
 
+    // Before `start`: an environment variable for kestrum; that kestrum ignores SIGXFSZ, so that a write
+    // past a file size limit fails with EFBIG, as a write to a full disk fails with ENOSPC.
+    void setKestrumEnvironment(const QString& name, const QString& value);
+    void setKestrumIgnoresFileSizeSignal() { ignoreFileSizeSignal_ = true; }
+
     // Starts the servers and kestrum; false with `failure()` when a piece could not start.
     bool start();
+    // Kills kestrum with SIGKILL, as a crash would, and waits for it to be gone.
+    void killKestrum();
+    // Starts kestrum again on the same servers and home (after a kill or a stop).
+    bool restartKestrum();
+    // Sets the limit on the size of every file the running kestrum writes (RLIMIT_FSIZE, through
+    // prlimit); absent lifts it, as freed space would.
+    bool limitKestrumFileSize(std::optional<qint64> bytes);
+    // Stops the sound server while the programs run.
+    void stopSoundServer() { sound_.stop(); }
     // Starts the simulator on `script` (a path), with extra arguments; false when it did not listen.
     bool startGame(const QString& script, const QStringList& extraArguments = {});
     // Waits for the simulator to end by itself; gives the host time (CLOCK_MONOTONIC ns) of its end.
@@ -49,6 +66,7 @@ class EndToEndRig {
 
   private:
     void collectKestrumOutput();
+    bool launchKestrum();
 
     XvfbServer display_;
     PulseAudioServer sound_;
@@ -60,11 +78,22 @@ class EndToEndRig {
     QByteArray partialLine_;
     QString gameOutput_;
     QProcessEnvironment childEnvironment_;
+    QHash<QString, QString> kestrumEnvironment_;
     QStringList moviesAtStart_;
+    bool ignoreFileSizeSignal_ = false;
     QString failure_;
 };
 
 // The frame of `moviePath` at `seconds`, extracted with the ffmpeg program; absent when it cannot be.
 std::optional<QImage> movieFrameAt(const QString& moviePath, double seconds);
+
+// ffprobe's JSON of the movie's format and streams; absent when ffprobe cannot read the movie.
+std::optional<QJsonObject> probeMovie(const QString& moviePath);
+// The movie's duration in seconds, and each stream's in stream order, from ffprobe.
+std::optional<double> probedDurationSeconds(const QString& moviePath);
+std::vector<double> probedStreamDurations(const QString& moviePath);
+
+// The host time, in seconds, at which kestrum's latest movie timeline started, from its console line.
+std::optional<double> timelineStartSeconds(const QStringList& kestrumOutput);
 
 }  // namespace kestrum::test

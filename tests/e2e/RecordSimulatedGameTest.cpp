@@ -36,26 +36,6 @@ QJsonObject readJson(const QString& path) {
     return QJsonDocument::fromJson(readFileBytes(path)).object();
 }
 
-std::optional<QJsonObject> probe(const QString& movie) {
-    QProcess ffprobe;
-    ffprobe.start(
-        QStringLiteral("ffprobe"),
-        {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-print_format"),
-         QStringLiteral("json"), QStringLiteral("-show_format"), QStringLiteral("-show_streams"), movie});
-    if (!ffprobe.waitForFinished(30000) || ffprobe.exitCode() != 0) return std::nullopt;
-    return QJsonDocument::fromJson(ffprobe.readAllStandardOutput()).object();
-}
-
-// The host time, in seconds, at which kestrum's movie timeline started, from its console line.
-std::optional<double> timelineStartSeconds(const QStringList& output) {
-    static const QRegularExpression line(QStringLiteral("timeline starting at relative ([0-9.]+)s"));
-    for (const QString& text : output) {
-        const auto match = line.match(text);
-        if (match.hasMatch()) return match.captured(1).toDouble();
-    }
-    return std::nullopt;
-}
-
 double median(std::vector<double> values) {
     std::sort(values.begin(), values.end());
     return values.empty() ? 0 : values[values.size() / 2];
@@ -139,7 +119,7 @@ TEST_F(RecordSimulatedGame, recordsASixtySecondGameWithItsDocument) {
                     .hasMatch())
         << QFileInfo(*movie).fileName().toStdString();
 
-    const std::optional<QJsonObject> probed = probe(*movie);
+    const std::optional<QJsonObject> probed = probeMovie(*movie);
     ASSERT_TRUE(probed);
     const QJsonArray streams = (*probed)[QStringLiteral("streams")].toArray();
     ASSERT_EQ(streams.size(), 2);  // the picture and the system sound; no microphone was asked for
@@ -268,7 +248,7 @@ TEST_F(RecordSimulatedGame, aGameKilledMidwayIsSavedWithItsDocument) {
     rig_.killGame();
     const std::optional<QString> movie = rig_.waitForSavedRecording(60000);
     ASSERT_TRUE(movie);
-    const std::optional<QJsonObject> probed = probe(*movie);
+    const std::optional<QJsonObject> probed = probeMovie(*movie);
     ASSERT_TRUE(probed);
     EXPECT_GT((*probed)[QStringLiteral("format")][QStringLiteral("duration")].toString().toDouble(), 4.0);
     const Result<RecordingSessionData> document =

@@ -6,6 +6,7 @@ namespace {
 
 std::optional<FaultSchedule::Kind> kindNamed(const QString& name) {
     if (name == QLatin1String("slow")) return FaultSchedule::Kind::Slow;
+    if (name == QLatin1String("hang")) return FaultSchedule::Kind::Hang;
     if (name == QLatin1String("malformed")) return FaultSchedule::Kind::Malformed;
     if (name == QLatin1String("http500")) return FaultSchedule::Kind::Http500;
     if (name == QLatin1String("closed")) return FaultSchedule::Kind::Closed;
@@ -31,7 +32,7 @@ std::optional<FaultSchedule> FaultSchedule::parse(const QStringList& switches, Q
             if (errorMessage) {
                 *errorMessage =
                     QStringLiteral(
-                        "bad --fault \"%1\": expected [endpoint:]slow|malformed|http500|closed:from:to")
+                        "bad --fault \"%1\": expected [endpoint:]slow|hang|malformed|http500|closed:from:to")
                         .arg(text);
             }
             return std::nullopt;

@@ -12,12 +12,13 @@ namespace kestrum::simulator {
 // A switch reads "[endpoint:]kind:fromSeconds:toSeconds"; the endpoint is a path's last word
 // ("eventdata", "game") and, left out, means every path. Kinds:
 //   slow       the answer comes 3 seconds late (past the client's 2-second timeout)
+//   hang       the request is read and never answered; the connection stays open
 //   malformed  status 200 with a body that is not JSON
 //   http500    status 500
 //   closed     the port is closed (connections refused, open ones dropped); the endpoint is ignored
 class FaultSchedule {
   public:
-    enum class Kind { Slow, Malformed, Http500, Closed };
+    enum class Kind { Slow, Hang, Malformed, Http500, Closed };
 
     struct Fault {
         QString endpoint;  // empty: every path

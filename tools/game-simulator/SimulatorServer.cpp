@@ -112,6 +112,7 @@ void SimulatorServer::respond(QTcpSocket* socket, const QString& path) {
             QTimer::singleShot(kSlowAnswerDelayMs, socket, [this, socket, answer] { write(socket, answer); });
             return;
         }
+        case FaultSchedule::Kind::Hang:
         case FaultSchedule::Kind::Closed:
             return;
     }

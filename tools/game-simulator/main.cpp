@@ -26,6 +26,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <memory>
 
@@ -80,7 +81,7 @@ void addOptions(QCommandLineParser& parser) {
          QStringLiteral("factor"), QStringLiteral("1")},
         {QStringLiteral("replay"), QStringLiteral("With --captures: answer /replay/game with 200.")},
         {QStringLiteral("fault"),
-         QStringLiteral("[endpoint:]slow|malformed|http500|closed:from:to (real seconds)."),
+         QStringLiteral("[endpoint:]slow|hang|malformed|http500|closed:from:to (real seconds)."),
          QStringLiteral("switch")},
         {QStringLiteral("certificate"), QStringLiteral("PEM certificate chain to serve."),
          QStringLiteral("file")},
@@ -88,6 +89,10 @@ void addOptions(QCommandLineParser& parser) {
         {QStringLiteral("window-size"), QStringLiteral("Size of the game window (default 1280x720)."),
          QStringLiteral("WxH"), QStringLiteral("1280x720")},
         {QStringLiteral("no-window"), QStringLiteral("Serve the data service only, with no window.")},
+        {QStringLiteral("window-gap"),
+         QStringLiteral("Destroy the window FROM real seconds after the start, and show a new one SECONDS "
+                        "later."),
+         QStringLiteral("FROM:SECONDS")},
         {QStringLiteral("no-sound"), QStringLiteral("Play no tone.")},
         {QStringLiteral("client"), QStringLiteral("Be the League client only: no window, no service.")},
         {QStringLiteral("art-host"),
@@ -224,6 +229,22 @@ std::optional<std::unique_ptr<ArtHost>> startArtHost(const QCommandLineParser& p
     return host;
 }
 
+// "FROM:SECONDS": the window is destroyed (as a crashed renderer's is) and another made later. The
+// application must not quit on its last window meanwhile.
+void scheduleWindowGap(const QString& gap, std::unique_ptr<GameWindow>& window,
+                       const std::function<void()>& showNewWindow) {
+    const QStringList parts = gap.split(QLatin1Char(':'));
+    if (parts.size() != 2) return;
+    const int fromMs = static_cast<int>(parts[0].toDouble() * 1000);
+    const int gapMs = static_cast<int>(parts[1].toDouble() * 1000);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QTimer::singleShot(fromMs, [&window, gapMs, showNewWindow] {
+        window.reset();
+        printLine(QStringLiteral("window destroyed"));
+        QTimer::singleShot(gapMs, showNewWindow);
+    });
+}
+
 int runGame(QCoreApplication& application, const QCommandLineParser& parser, bool showWindow) {
     QString error;
     const std::optional<GameOptions> options = readGameOptions(parser, &error);
@@ -241,13 +262,17 @@ int runGame(QCoreApplication& application, const QCommandLineParser& parser, boo
     printLine(QStringLiteral("game clock starts at %1").arg(startedAtMs + clock->clockStartDelayMs()));
 
     std::unique_ptr<GameWindow> window;
-    if (showWindow) {
+    const auto showNewWindow = [&] {
         window = std::make_unique<GameWindow>(*clock, options->windowSize);
         window->show();
         printLine(QStringLiteral("window \"%1\" shown at %2x%3")
                       .arg(QString::fromLatin1(GameWindow::kTitle))
                       .arg(options->windowSize.width())
                       .arg(options->windowSize.height()));
+    };
+    if (showWindow) {
+        showNewWindow();
+        scheduleWindowGap(parser.value(QStringLiteral("window-gap")), window, showNewWindow);
     } else if (!parser.isSet(QStringLiteral("no-window"))) {
         printLine(QStringLiteral("no display: the game runs without a window"));
     }

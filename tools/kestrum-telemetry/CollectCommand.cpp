@@ -32,7 +32,8 @@ QCoro::Task<int> runCollect(QStringList arguments) {
     LeagueLiveClient client(std::make_shared<NetworkLiveServiceTransport>(port));
     const CancellationToken token;
     QTimer::singleShot(static_cast<int>(seconds * 1000.0), Qt::PreciseTimer, [token] { token.cancel(); });
-    const RecordingTelemetry telemetry = co_await client.collectTelemetry(ReferenceDate::now(), token);
+    const RecordingTelemetry telemetry =
+        co_await client.collectTelemetry(ReferenceDate::now(), nullptr, token);
 
     const auto document = encodeSessionData(makeSessionData(std::nullopt, telemetry));
     if (!document.ok()) {

@@ -1,6 +1,7 @@
 #include "core/assets/DataDragonAssetStore.h"
 
 #include "base/common/AtomicFileWrite.h"
+#include "core/assets/DataDragonVersionList.h"
 
 #include "base/async/Detached.h"
 #include "core/json/JsonDocument.h"
@@ -75,14 +76,6 @@ std::optional<QImage> readCachedImage(const QString& filePath) {
 void writeCachedImage(const QString& filePath, const QByteArray& bytes) {
     if (!QDir().mkpath(QFileInfo(filePath).absolutePath())) return;
     (void)writeFileAtomically(filePath, bytes);
-}
-
-// The newest version of a `/api/versions.json` answer: the first element of a non-empty array of strings.
-std::optional<QString> newestVersionOf(const QByteArray& body) {
-    const auto versions =
-        json::decodeDocument<std::vector<std::string>>(std::string_view(body.constData(), body.size()));
-    if (!versions.ok() || versions.value().empty()) return std::nullopt;
-    return QString::fromStdString(versions.value().front());
 }
 
 }  // namespace
@@ -203,7 +196,10 @@ QCoro::Task<QString> DataDragonAssetStore::fetchNewestVersion(QString fallback) 
     if (reply->error() != QNetworkReply::NoError || !status.isValid() || status.toInt() != 200) {
         co_return fallback;
     }
-    co_return newestVersionOf(reply->readAll()).value_or(fallback);
+    const QByteArray body = reply->readAll();
+    co_return newestDataDragonVersion(
+        std::string_view(body.constData(), static_cast<std::size_t>(body.size())))
+        .value_or(fallback);
 }
 
 QCoro::Task<std::optional<QImage>> DataDragonAssetStore::image(AssetKind kind, QString identifier,

@@ -85,6 +85,7 @@ std::optional<ReferenceDate> GameCapturer::failInitialization(const QString& des
 QCoro::Task<std::optional<ReferenceDate>> GameCapturer::startWithSetup(
     RecordingCaptureSetup setup, const RecordingCaptureSettings& settings) {
     tempPath_ = setup.outputPath;
+    claimRecording(setup.outputPath);
     assetWriter_ = std::move(setup.writer);
     videoInput_ = setup.videoInput;
     writeQueue_.sync([&] {
@@ -120,6 +121,23 @@ QCoro::Task<std::optional<ReferenceDate>> GameCapturer::startWithSetup(
     }
     auto firstFrame = waitForFirstVideoFrameDate();
     co_return co_await std::move(firstFrame);
+}
+
+void GameCapturer::claimRecording(const QString& moviePath) {
+    recording_ = InProgressRecording::claim(moviePath);
+    if (!recording_.isOwned()) {
+        logCaptureError(QStringLiteral("The recording in progress could not be locked: ") +
+                        recording_.lockPath());
+    }
+    Result<std::shared_ptr<RecordingTelemetryJournal>> journal = RecordingTelemetryJournal::create(
+        recording_.telemetryJournalPath(), recordingStartedAt_.value_or(ReferenceDate::now()));
+    if (journal.ok()) {
+        telemetryJournal_ = std::move(journal).value();
+    } else {
+        logCaptureError(
+            QStringLiteral("Telemetry journal unavailable; a crash would lose this game's events: ") +
+            journal.error().description);
+    }
 }
 
 QCoro::Task<Status> GameCapturer::startVideoStream(const RecordingCaptureSetup& setup) {
@@ -184,7 +202,13 @@ void GameCapturer::resetCaptureState(bool removeFile) {
     writer.reset();
     gameProcessID_.reset();
     recordingStartedAt_.reset();
-    if (removeFile && path) QFile::remove(*path);
+    if (telemetryJournal_) telemetryJournal_->close();
+    telemetryJournal_.reset();
+    // A recording being kept has been taken out of recording_ by its finish; one left here is discarded.
+    InProgressRecording recording = std::exchange(recording_, {});
+    if (!removeFile) return;
+    recording.discard();
+    if (path) QFile::remove(*path);
 }
 
 }  // namespace kestrum

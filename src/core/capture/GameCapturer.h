@@ -8,9 +8,11 @@
 #include "core/capture/audio/RecordingAudioTrack.h"
 #include "core/capture/audio/RecordingSampleTally.h"
 #include "core/capture/privacy/RecordingPrivacyFrameRenderer.h"
+#include "core/recording/InProgressRecording.h"
 #include "core/recording/RecordingCapturer.h"
 #include "core/recording/RecordingSavePath.h"
 #include "core/settings/UserDefaults.h"
+#include "media/MovieRecovery.h"
 #include "media/MovieWriterFactory.h"
 #include "platform/ports/AudioStream.h"
 #include "platform/ports/MicrophoneAccess.h"
@@ -37,11 +39,16 @@ struct GameCapturerEnvironment {
     const ScreenCaptureAccess& screenCaptureAccess;
     const MicrophoneAccess& microphoneAccess;
     MovieWriterFactory& movieWriters;
+    // Rebuilds a movie whose writer failed (a full disk) from its journal.
+    const MovieRecovery& movieRecovery;
     RecordingSavePath& savePath;
     const UserDefaults& defaults;
     Clock& clock;
     // Where in-progress movies are written (RecordingSavePath::inProgressFolderPath() in the product).
     QString inProgressFolder;
+    // A pause between the stop of the streams and the finalisation of the movie: zero in the product.
+    // End-to-end tests lengthen a finalisation with it, to quit while one runs.
+    Clock::Duration finalizationDelay = Clock::Duration::zero();
 };
 
 // The capture pipeline of one game at a time: finds the game's window, streams it into a movie on one
@@ -58,6 +65,11 @@ struct GameCapturerEnvironment {
 //
 // At the stop one line per track tells the capture log what became of the stream's samples (written,
 // or dropped and why), what the writer input refused or discarded, and the stream's own counters.
+//
+// Crash safety: each recording is an InProgressRecording, claimed (locked) before its movie exists and
+// held until it is saved, with the writer's movie journal and a telemetry journal beside the movie. A
+// writer that fails while writing (a full disk) no longer costs the movie: what it wrote is rebuilt
+// from the journal and saved as a recording cut short, with its document.
 class GameCapturer final : public RecordingCapturer, private CaptureStreamOutput {
   public:
     explicit GameCapturer(GameCapturerEnvironment environment);
@@ -69,6 +81,7 @@ class GameCapturer final : public RecordingCapturer, private CaptureStreamOutput
     QCoro::Task<void> finishCapture(std::optional<RecordingMetadata> metadata,
                                     std::vector<RecordingEvent> events,
                                     std::vector<RecordingScoreboardSnapshot> scoreboard) override;
+    std::shared_ptr<RecordingTelemetryJournal> telemetryJournal() const override { return telemetryJournal_; }
 
     // Forgets the running capture; deletes the in-progress file when `removeFile`. Main thread.
     void resetCaptureState(bool removeFile);
@@ -99,10 +112,20 @@ class GameCapturer final : public RecordingCapturer, private CaptureStreamOutput
     void startUnfocusedFrameTimer();
     void appendUnfocusedFrame();
 
+    // Main thread: the in-progress files of a new recording; their failures are logged and never stop it.
+    void claimRecording(const QString& moviePath);
+
     // Main thread: the end of a capture.
-    QCoro::Task<void> stopStreams();
-    // One line per track for the capture log, once the streams have stopped.
-    QStringList trackSummaryLines();
+    // Gives why the audio stream had ended by itself before the stop (a lost sound server), if it had.
+    QCoro::Task<std::optional<QString>> stopStreams();
+    // Finalises the movie when its session started, else cancels the writer; gives whether a session
+    // had started.
+    QCoro::Task<bool> finalizeMovie();
+    // Rebuilds the movie of a writer that failed from its journal, and says so in the capture log.
+    QCoro::Task<void> salvageCutShortMovie(QString path);
+    // One line per track for the capture log, once the streams have stopped; an audio stream that ended
+    // before the stop says so on its tracks' lines.
+    QStringList trackSummaryLines(const std::optional<QString>& audioEndedEarly);
 
     GameCapturerEnvironment environment_;
     CancellationToken lifetimeToken_;  // cancels the window search when the capturer goes away
@@ -113,6 +136,8 @@ class GameCapturer final : public RecordingCapturer, private CaptureStreamOutput
     std::optional<qint32> gameProcessID_;
     std::optional<QString> tempPath_;
     std::optional<ReferenceDate> recordingStartedAt_;
+    InProgressRecording recording_;
+    std::shared_ptr<RecordingTelemetryJournal> telemetryJournal_;
     LeagueGameFocusMonitor focusMonitor_;
 
     // Set on the main thread before the streams start; read on writeQueue (see the class comment).

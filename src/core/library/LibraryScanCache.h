@@ -46,7 +46,8 @@ struct LibraryScanCache {
 
     // The layout of the records and of the entries derived in them. A file of another version is not
     // used: a program that derives entries differently must not show those of an older one.
-    static constexpr std::int64_t currentVersion = 1;
+    // 2: entries say whether their movie is damaged.
+    static constexpr std::int64_t currentVersion = 2;
 
     std::int64_t version = currentVersion;
     // Each movie at most once.

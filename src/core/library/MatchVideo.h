@@ -53,6 +53,11 @@ struct MatchVideo {
     std::optional<std::vector<std::int64_t>> legendaryItemIDsInPurchaseOrder;
     // Win or loss of the local player.
     std::optional<bool> didWin;
+    // Present when the movie cannot be played (a recording cut off before its index was written that
+    // could not be rebuilt): why, in words a view shows as they stand. The entry stays in the library.
+    std::optional<std::string> damageReason;
+
+    bool isDamaged() const { return damageReason.has_value(); }
 
     friend bool operator==(const MatchVideo&, const MatchVideo&) = default;
 };

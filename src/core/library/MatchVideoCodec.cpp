@@ -47,8 +47,8 @@ struct FieldTable<MatchVideo> {
     using R = MatchVideo;
     static constexpr auto fields = fieldTable<R>(
         optionalField<&R::champion>("champion"), optionalField<&R::championAssetName>("championAssetName"),
-        requiredField<&R::date>("date"), optionalField<&R::didWin>("didWin"),
-        optionalField<&R::finalAssists>("finalAssists"),
+        optionalField<&R::damageReason>("damageReason"), requiredField<&R::date>("date"),
+        optionalField<&R::didWin>("didWin"), optionalField<&R::finalAssists>("finalAssists"),
         optionalField<&R::finalCreepScore>("finalCreepScore"), optionalField<&R::finalDeaths>("finalDeaths"),
         optionalField<&R::finalItemIDs>("finalItemIDs"), optionalField<&R::finalKills>("finalKills"),
         optionalField<&R::gameDuration>("gameDuration"), optionalField<&R::gameMode>("gameMode"),

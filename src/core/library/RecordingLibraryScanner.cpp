@@ -11,6 +11,7 @@
 #include "core/library/SidecarTitleRepair.h"
 #include "core/telemetry/RecordingSidecarStore.h"
 #include "core/telemetry/SessionDocumentBuilder.h"
+#include "media/MovieFileCheck.h"
 
 #include <QDir>
 #include <QFile>
@@ -146,7 +147,11 @@ MatchVideo RecordingLibraryScanner::buildEntry(const QFileInfo& movie, const QSt
     const QString moviePath = movie.filePath();
     const ParsedRecordingFileName fileName = ParsedRecordingFileName::parse(moviePath);
     const ReferenceDate date = recordingLibraryDate(birthTime_(movie), moviePath, scanTime);
-    return deriveMatchVideo(moviePath, date, fileName, readSession(sidecarPath, fileName));
+    MatchVideo match = deriveMatchVideo(moviePath, date, fileName, readSession(sidecarPath, fileName));
+    // A few reads of the movie's top-level atoms, once per change of its stamp.
+    if (const std::optional<QString> damage = movieFileDamage(moviePath))
+        match.damageReason = damage->toStdString();
+    return match;
 }
 
 void RecordingLibraryScanner::loadDiskCacheOnce() {

@@ -4,9 +4,11 @@
 #include "core/telemetry/RecordingEvent.h"
 #include "core/telemetry/RecordingMetadata.h"
 #include "core/telemetry/RecordingScoreboardSnapshot.h"
+#include "core/telemetry/RecordingTelemetryJournal.h"
 
 #include <QCoroTask>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -27,6 +29,10 @@ class RecordingCapturer {
     virtual QCoro::Task<void> finishCapture(std::optional<RecordingMetadata> metadata,
                                             std::vector<RecordingEvent> events,
                                             std::vector<RecordingScoreboardSnapshot> scoreboard) = 0;
+
+    // The telemetry journal of the recording in progress, which the collection and the metadata are
+    // appended to; null when there is none (no capture runs, or the journal could not be made).
+    virtual std::shared_ptr<RecordingTelemetryJournal> telemetryJournal() const { return nullptr; }
 };
 
 }  // namespace kestrum

@@ -267,12 +267,20 @@ void RecordingCoordinator::scheduleStartRetry() {
 }
 
 void RecordingCoordinator::startMetadataAndTelemetry(ReferenceDate startDate) {
-    recordingMetadataTask_ = MetadataJob::start([liveClient = &liveClient_](CancellationToken token) {
-        return liveClient->fetchRecordingMetadata(kMetadataAttempts, kMetadataDelay, token);
-    });
+    // What they find also goes to the recording's journal, so that a crash loses neither.
+    const std::shared_ptr<RecordingTelemetryJournal> journal = capturer_.telemetryJournal();
+    recordingMetadataTask_ =
+        MetadataJob::start([liveClient = &liveClient_, journal](
+                               CancellationToken token) -> QCoro::Task<std::optional<RecordingMetadata>> {
+            QCoro::Task<std::optional<RecordingMetadata>> fetching =
+                liveClient->fetchRecordingMetadata(kMetadataAttempts, kMetadataDelay, token);
+            std::optional<RecordingMetadata> metadata = co_await std::move(fetching);
+            if (metadata && journal) journal->appendMetadata(*metadata);
+            co_return metadata;
+        });
     recordingTelemetryTask_ =
-        TelemetryJob::start([liveClient = &liveClient_, startDate](CancellationToken token) {
-            return liveClient->collectTelemetry(startDate, token);
+        TelemetryJob::start([liveClient = &liveClient_, startDate, journal](CancellationToken token) {
+            return liveClient->collectTelemetry(startDate, journal, token);
         });
 }
 

@@ -5,9 +5,11 @@
 #include "base/common/ReferenceDate.h"
 #include "core/telemetry/RecordingMetadata.h"
 #include "core/telemetry/RecordingTelemetry.h"
+#include "core/telemetry/RecordingTelemetryJournal.h"
 
 #include <QCoroTask>
 
+#include <memory>
 #include <optional>
 
 namespace kestrum {
@@ -29,9 +31,11 @@ class RecordingLiveClient {
                                                                                  CancellationToken token) = 0;
 
     // Collects events and scoreboards on the movie's time axis, whose zero is `startDate` (the wall-clock
-    // date of the first video frame), until `token` is cancelled; then yields what it holds.
-    virtual QCoro::Task<RecordingTelemetry> collectTelemetry(ReferenceDate startDate,
-                                                             CancellationToken token) = 0;
+    // date of the first video frame), until `token` is cancelled; then yields what it holds. What it
+    // gathers also goes to `journal` as it comes, when there is one.
+    virtual QCoro::Task<RecordingTelemetry> collectTelemetry(
+        ReferenceDate startDate, std::shared_ptr<RecordingTelemetryJournal> journal,
+        CancellationToken token) = 0;
 };
 
 }  // namespace kestrum

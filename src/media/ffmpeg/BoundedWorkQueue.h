@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
@@ -60,6 +61,21 @@ class BoundedWorkQueue {
         items_.pop_front();
         queuedCost_ -= entry.cost;
         return std::move(entry.item);
+    }
+
+    enum class Wait { item, timedOut, closed };
+
+    // Waits at most `timeout` for the next item; `item` holds it when the answer is `item`.
+    Wait popFor(std::chrono::nanoseconds timeout, std::optional<Item>& item) {
+        std::unique_lock lock(mutex_);
+        if (!ready_.wait_for(lock, timeout, [this] { return closed_ || !items_.empty(); }))
+            return Wait::timedOut;
+        if (closed_) return Wait::closed;
+        Entry entry = std::move(items_.front());
+        items_.pop_front();
+        queuedCost_ -= entry.cost;
+        item = std::move(entry.item);
+        return Wait::item;
     }
 
     // Gives the number of items with a cost that were discarded (control items are not counted).

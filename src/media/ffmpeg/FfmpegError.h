@@ -16,6 +16,8 @@ enum class WriterErrorCode : int {
     noEncoder = 2,
     noVideoFrames = 3,
     notWriting = 4,
+    // A movie journal that is missing, empty, or does not match its movie file.
+    journalMismatch = 5,
 };
 
 // "<what>: <libav's text for the code>", domain "FFmpeg", code `averror`.

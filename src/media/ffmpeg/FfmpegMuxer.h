@@ -1,8 +1,11 @@
 #pragma once
 
 #include "base/common/Result.h"
+#include "media/MovieJournalWriter.h"
 #include "media/ffmpeg/BoundedWorkQueue.h"
 #include "media/ffmpeg/FfmpegPointers.h"
+#include "media/ffmpeg/MovieFileOutput.h"
+#include "media/ffmpeg/PacketInterleaver.h"
 #include "media/ffmpeg/WriterState.h"
 
 extern "C" {
@@ -11,8 +14,10 @@ extern "C" {
 
 #include <QString>
 
+#include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <thread>
 
 namespace kestrum::ffmpeg {
@@ -23,11 +28,24 @@ namespace kestrum::ffmpeg {
 // their stream with `endStream`; once every stream has ended the thread writes the trailer, closes the
 // file and calls the completion set by `whenFinished`. After a failure every later packet is discarded.
 //
+// Crash safety: the movie is written as a regular movie, whose index (the trailer) comes last. Beside
+// it, a journal (MovieJournalWriter) records the streams and, for every packet, where its bytes lie.
+// At least every `kSyncInterval` the thread makes what it wrote durable and then commits the packets
+// to the journal, so that an unfinished movie can be rebuilt (MovieRecovery) up to the last commit. The
+// packets are put in file order here (PacketInterleaver), each written as it leaves, so that its place
+// in the file is known; a stalled stream holds the others back by at most `kInterleaveWindowUs`.
+//
 // Threads: creation, `addStream`, `open`, `whenFinished`, `cancel` and `join` run on the writer's
-// owning thread; `submit` and `endStream` on the encoder threads; the AVFormatContext is touched only
-// by the owning thread before `open` and by the muxer thread after it (and again after `join`).
+// owning thread; `submit` and `endStream` on the encoder threads; the AVFormatContext, the file output
+// and the journal are touched only by the owning thread before `open` and by the muxer thread after it
+// (and again after `join`).
 class FfmpegMuxer {
   public:
+    static constexpr std::chrono::milliseconds kSyncInterval{500};
+    // With a sync every half second and the encoder's own delay, a kill loses under 2 s even when one
+    // stream has stalled.
+    static constexpr std::int64_t kInterleaveWindowUs = 1'000'000;
+
     static Result<std::shared_ptr<FfmpegMuxer>> create(const QString& path,
                                                        std::shared_ptr<WriterState> state);
     ~FfmpegMuxer();
@@ -38,6 +56,8 @@ class FfmpegMuxer {
     bool wantsGlobalHeader() const;
     // Adds a stream described by an opened encoder; gives its index.
     Result<int> addStream(const AVCodecContext& encoder, unsigned codecTag);
+    // Creates the file, writes the header, starts the journal (a journal that cannot be written is
+    // logged and the movie goes on without one) and starts the thread.
     Status open();
 
     // Takes the packet; its timestamps are in `encoderTimeBase` and are rescaled to the stream's.
@@ -59,8 +79,16 @@ class FfmpegMuxer {
     };
 
     FfmpegMuxer(QString path, std::shared_ptr<WriterState> state, AVFormatContext* context);
+    void openJournal();
     void run();
+    // Takes one entry into the interleaver and writes what may go; true once every stream has ended.
+    bool accept(Entry entry);
+    void writeReadyPackets();
     void write(Entry& entry);
+    void fail(int averror, const QString& what);
+    std::chrono::nanoseconds timeUntilSync() const;
+    // Makes what was written durable, then commits it to the journal.
+    void sync();
     void finalize();
     void closeFile();
 
@@ -69,7 +97,14 @@ class FfmpegMuxer {
     AVFormatContext* context_;  // owned; see the class comment for which thread may touch it
     BoundedWorkQueue<Entry> queue_;
     std::function<void()> done_;  // set on the owning thread before any stream ends
-    int endedStreams_ = 0;        // muxer thread
+
+    // The muxer thread's, once open.
+    std::unique_ptr<MovieFileOutput> output_;
+    MovieJournalWriter journal_;
+    std::optional<PacketInterleaver<Entry>> interleaver_;
+    std::chrono::steady_clock::time_point lastSync_;
+    bool hasUnsyncedWrites_ = false;
+    bool journalFailureLogged_ = false;
     std::thread thread_;
 };
 

@@ -36,7 +36,7 @@ RecordingTelemetry collectFor(LeagueLiveClient& client, ReferenceDate startDate,
                               std::chrono::milliseconds duration) {
     const CancellationToken token;
     QTimer::singleShot(duration, Qt::PreciseTimer, [token] { token.cancel(); });
-    return QCoro::waitFor(client.collectTelemetry(startDate, token));
+    return QCoro::waitFor(client.collectTelemetry(startDate, nullptr, token));
 }
 
 // Checks the timeline against the script: every kept event up to `requiredUntilGameTime` is there once,

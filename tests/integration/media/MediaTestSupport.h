@@ -10,6 +10,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <sys/resource.h>
+#include <csignal>
 #include <optional>
 #include <vector>
 
@@ -71,6 +73,27 @@ struct WrittenMovie {
     std::optional<Error> error;
     // What each input discarded, the video's first, then the audio tracks'.
     std::vector<std::uint64_t> discarded;
+};
+
+// Lowers the file size limit of this process and ignores SIGXFSZ, so that writes past it fail with
+// EFBIG as on a full disk; restores both when it goes.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &saved_);
+        previousHandler_ = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit lowered = saved_;
+        lowered.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &lowered);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &saved_);
+        std::signal(SIGXFSZ, previousHandler_);
+    }
+
+  private:
+    rlimit saved_{};
+    void (*previousHandler_)(int) = SIG_DFL;
 };
 
 std::vector<double> evenFrameTimes(double fromSeconds, double toSeconds, double framesPerSecond);

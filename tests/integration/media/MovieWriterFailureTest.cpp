@@ -14,9 +14,6 @@ extern "C" {
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <sys/resource.h>
-#include <csignal>
-
 namespace kestrum::test {
 namespace {
 
@@ -140,27 +137,6 @@ TEST(MovieWriter, EndsInTheStatusOfHowItStopped) {
         EXPECT_FALSE(audio->isReadyForMoreMediaData());
     }
 }
-
-// Lowers the file size limit of this process and ignores SIGXFSZ, so that writes past it fail with
-// EFBIG as on a full disk; restores both when it goes.
-class FileSizeLimit {
-  public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        getrlimit(RLIMIT_FSIZE, &saved_);
-        previousHandler_ = std::signal(SIGXFSZ, SIG_IGN);
-        rlimit lowered = saved_;
-        lowered.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &lowered);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &saved_);
-        std::signal(SIGXFSZ, previousHandler_);
-    }
-
-  private:
-    rlimit saved_{};
-    void (*previousHandler_)(int) = SIG_DFL;
-};
 
 TEST(MovieWriter, FullDiskFailsWithTheErrorAndLaterWritesAreNoOps) {
     KESTRUM_REQUIRE_MEDIA(encoderAvailable("libx265"), "libx265");

@@ -101,9 +101,9 @@ QCoro::Task<bool> LeagueLiveClient::classifyGameProcess() {
     co_return false;
 }
 
-QCoro::Task<RecordingTelemetry> LeagueLiveClient::collectTelemetry(ReferenceDate startDate,
-                                                                   CancellationToken token) {
-    TelemetryCollector collector(*this, clock_, wallClock_);
+QCoro::Task<RecordingTelemetry> LeagueLiveClient::collectTelemetry(
+    ReferenceDate startDate, std::shared_ptr<RecordingTelemetryJournal> journal, CancellationToken token) {
+    TelemetryCollector collector(*this, clock_, wallClock_, std::move(journal));
     co_return co_await collector.run(startDate, std::move(token));
 }
 

@@ -56,6 +56,7 @@ class LeagueLiveClient final : public RecordingLiveClient {
     QCoro::Task<std::optional<RecordingMetadata>> fetchRecordingMetadata(int attempts, Clock::Duration delay,
                                                                          CancellationToken token) override;
     QCoro::Task<RecordingTelemetry> collectTelemetry(ReferenceDate startDate,
+                                                     std::shared_ptr<RecordingTelemetryJournal> journal,
                                                      CancellationToken token) override;
 
   private:

@@ -7,8 +7,9 @@
 
 namespace kestrum {
 
-TelemetryCollector::TelemetryCollector(LeagueLiveClient& client, Clock& clock, WallClock wallClock)
-    : client_(client), clock_(clock), wallClock_(std::move(wallClock)) {}
+TelemetryCollector::TelemetryCollector(LeagueLiveClient& client, Clock& clock, WallClock wallClock,
+                                       std::shared_ptr<RecordingTelemetryJournal> journal)
+    : client_(client), clock_(clock), wallClock_(std::move(wallClock)), journal_(std::move(journal)) {}
 
 QCoro::Task<RecordingTelemetry> TelemetryCollector::run(ReferenceDate startDate, CancellationToken token) {
     while (!token.isCancelled()) {
@@ -34,6 +35,7 @@ QCoro::Task<void> TelemetryCollector::pass(ReferenceDate startDate) {
 
     const double elapsedSeconds = now.secondsSince(startDate);
     if (auto snapshot = snapshotRule_.offer(elapsedSeconds, stats->gameTime, players)) {
+        if (journal_) journal_->appendSnapshot(*snapshot);
         scoreboard_.push_back(std::move(*snapshot));
     }
 
@@ -47,8 +49,10 @@ QCoro::Task<void> TelemetryCollector::pass(ReferenceDate startDate) {
 void TelemetryCollector::addEvents(const std::vector<LiveEvent>& feed,
                                    const std::vector<RecordingScoreboardPlayer>& players,
                                    double elapsedSeconds, double gameTimeSeconds) {
-    for (auto& event :
-         convertEvents(feed, players, activePlayerName_, elapsedSeconds, gameTimeSeconds, knownEventIDs_)) {
+    std::vector<RecordingEvent> added =
+        convertEvents(feed, players, activePlayerName_, elapsedSeconds, gameTimeSeconds, knownEventIDs_);
+    if (journal_) journal_->appendEvents(added);
+    for (auto& event : added) {
         // The first conversion of an id stands for good.
         knownEventIDs_.insert(event.id);
         eventsByID_.try_emplace(event.id, std::move(event));

@@ -4,6 +4,7 @@
 #include "base/async/Clock.h"
 #include "base/common/ReferenceDate.h"
 #include "core/telemetry/RecordingTelemetry.h"
+#include "core/telemetry/RecordingTelemetryJournal.h"
 #include "core/telemetry/live/ScoreboardSnapshotRule.h"
 #include "core/telemetry/vocabulary/EventConversion.h"
 
@@ -26,7 +27,8 @@ class LeagueLiveClient;
 // places the events first seen in it by that offset: videoTime = elapsed - (gameTime - eventTime),
 // never below 0. Events are fetched at most once a second and kept by id, first form wins; the
 // scoreboard follows ScoreboardSnapshotRule. No failure ends the run; only the token does, after which
-// it yields what it holds, events sorted by videoTime.
+// it yields what it holds, events sorted by videoTime. With a journal, every snapshot and the events new
+// in each pass are appended to it as soon as they are taken, so that a crash does not lose them.
 //
 // Thread: main thread; the run's state is touched only by the run itself, between its awaits.
 class TelemetryCollector {
@@ -36,7 +38,9 @@ class TelemetryCollector {
     static constexpr std::chrono::milliseconds kPassPause{250};
     static constexpr double kEventFetchIntervalSeconds = 1.0;
 
-    TelemetryCollector(LeagueLiveClient& client, Clock& clock, WallClock wallClock);
+    // `journal` may be null.
+    TelemetryCollector(LeagueLiveClient& client, Clock& clock, WallClock wallClock,
+                       std::shared_ptr<RecordingTelemetryJournal> journal = nullptr);
 
     // Single use: one run per collector.
     QCoro::Task<RecordingTelemetry> run(ReferenceDate startDate, CancellationToken token);
@@ -50,6 +54,7 @@ class TelemetryCollector {
     LeagueLiveClient& client_;
     Clock& clock_;
     WallClock wallClock_;
+    std::shared_ptr<RecordingTelemetryJournal> journal_;
 
     std::optional<std::string> activePlayerName_;
     std::map<std::int64_t, RecordingEvent> eventsByID_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ScriptedMovieWriter.h"
 #include "base/async/Job.h"
 #include "core/capture/GameCapturer.h"
 #include "core/recording/RecordingBundleIdentifiers.h"
@@ -27,14 +28,16 @@ class CapturerRig {
   public:
     static constexpr qint32 kGamePid = 4242;
 
-    CapturerRig(MovieWriterFactory& writers, Clock& clock) {
+    // `recovery` rebuilds the movies of failed writers; the rig's scripted one when null.
+    CapturerRig(MovieWriterFactory& writers, Clock& clock, const MovieRecovery* recovery = nullptr) {
         QDir().mkpath(recordingsFolder());
         folderStore.takeFolder(recordingsFolder());
         workspace.setRunningApplications({game});
         setGameWindowSize(640, 360);
         capturer.emplace(GameCapturerEnvironment{workspace, content, windowStreams, audioStreams,
-                                                 screenAccess, microphoneAccess, writers, savePath, defaults,
-                                                 clock, directory.path() + QStringLiteral("/InProgress")});
+                                                 screenAccess, microphoneAccess, writers,
+                                                 recovery != nullptr ? *recovery : scriptedRecovery, savePath,
+                                                 defaults, clock, inProgressFolder()});
     }
 
     void setGameWindowSize(int width, int height) {
@@ -46,9 +49,8 @@ class CapturerRig {
                             {owner}});
     }
     QString recordingsFolder() const { return directory.path() + QStringLiteral("/Recordings"); }
-    QStringList inProgressFiles() const {
-        return QDir(directory.path() + QStringLiteral("/InProgress")).entryList(QDir::Files);
-    }
+    QString inProgressFolder() const { return directory.path() + QStringLiteral("/InProgress"); }
+    QStringList inProgressFiles() const { return QDir(inProgressFolder()).entryList(QDir::Files); }
     QStringList savedMovies() const {
         return QDir(recordingsFolder()).entryList({QStringLiteral("*.mov")}, QDir::Files);
     }
@@ -99,6 +101,7 @@ class CapturerRig {
     FakeAudioStreamFactory audioStreams;
     FakeScreenCaptureAccess screenAccess;
     FakeMicrophoneAccess microphoneAccess;
+    ScriptedMovieRecovery scriptedRecovery;
     std::optional<GameCapturer> capturer;
 };
 

@@ -2,7 +2,10 @@
 #include "ScriptedMovieWriter.h"
 #include "base/async/ManualClock.h"
 #include "core/settings/SettingsKeys.h"
+#include "core/telemetry/RecordingTelemetryJournalCodec.h"
 #include "support/CapturedLog.h"
+
+#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -184,6 +187,30 @@ TEST_F(GameCapturerSteps, theStopLogsOneLinePerTrackWithTheFateOfEverySample) {
                       "full, 0 discarded; audio stream: buffers 1, overruns 1, lost 20 ms, late 0 ms")}));
 }
 
+// A sound server lost mid-game ends the sound track early; the picture goes on, and the stop's lines of
+// the sound tracks say why they are short.
+TEST_F(GameCapturerSteps, anAudioStreamThatEndedByItselfIsNamedOnItsTracksLines) {
+    auto job = rig_.start();
+    rig_.stream()->deliverFrame(hostTimeNow());
+    rig_.awaitStart(job);
+    rig_.audio()->core.stopError =
+        Error{QStringLiteral("Audio"), 1,
+              QStringLiteral("The sound server ended the audio capture by itself."), nullptr};
+    rig_.finish();
+    const QStringList lines = linesAfterDrain();
+    EXPECT_TRUE(lines.contains(QStringLiteral(
+        "Audio capture ended before stop completed: The sound server ended the audio capture by itself.")));
+    const auto systemAudio = std::find_if(lines.begin(), lines.end(), [](const QString& line) {
+        return line.startsWith(QStringLiteral("system audio: "));
+    });
+    ASSERT_NE(systemAudio, lines.end()) << lines.join('\n').toStdString();
+    EXPECT_TRUE(systemAudio->endsWith(
+        QStringLiteral("; ended before the stop: The sound server ended the audio capture by itself.")))
+        << systemAudio->toStdString();
+    for (const QString& line : lines)
+        EXPECT_FALSE(line.startsWith(QStringLiteral("video: ")) && line.contains("ended before"));
+}
+
 TEST_F(GameCapturerSteps, soundBeforeAnyFrameNeverReachesAnInput) {
     auto job = rig_.start();
     ASSERT_NE(rig_.audio(), nullptr);
@@ -297,22 +324,96 @@ TEST_F(GameCapturerSteps, rejectedFramesAreLoggedAndTheRecordingGoesOn) {
     rig_.finish();
 }
 
-TEST_F(GameCapturerSteps, failedFinalisationRemovesTheFileAndSavesNothing) {
-    writers_.configure = [](ScriptedMovieWriter& writer) {
-        Error failure{QStringLiteral("KestrumMovieWriter"), 3, QStringLiteral("disk full"),
-                      std::make_shared<Error>(Error{QStringLiteral("POSIX"), 28,
-                                                    QStringLiteral("No space left on device"), nullptr})};
-        writer.finishFailure = failure;
+TEST_F(GameCapturerSteps, aWriterThatFailedKeepsWhatItWroteAndOnlyAnEmptyRecordingGoes) {
+    const Error diskFull{QStringLiteral("KestrumMovieWriter"), 3, QStringLiteral("disk full"),
+                         std::make_shared<Error>(Error{QStringLiteral("POSIX"), 28,
+                                                       QStringLiteral("No space left on device"), nullptr})};
+    const QString failedLine = QStringLiteral(
+        "Recording finalization failed: KestrumMovieWriter 3: disk full (underlying: POSIX 28: No space left "
+        "on "
+        "device)");
+    struct Case {
+        const char* name;
+        bool deliversAFrame;
+        Result<RecoveredMovie> rebuilt;
+        QStringList expectedLines;  // in this order among the log's lines
+        int savedMovies;
     };
+    const std::vector<Case> cases{
+        {"rebuilt from its journal",
+         true,
+         RecoveredMovie{12.5, false, 375, 2},
+         {failedLine,
+          QStringLiteral(
+              "The recording was cut short by that failure; the 12.5 seconds written before it are saved."),
+          QStringLiteral("Match recording saved to ")},
+         1},
+        {"not playable: kept as it is",
+         true,
+         Error::withDescription(QStringLiteral("The movie has no journal to rebuild it from.")),
+         {failedLine,
+          QStringLiteral(
+              "An unfinished recording could not be made playable (The movie has no journal to rebuild "
+              "it from.); it is kept as it is."),
+          QStringLiteral("Match recording saved to ")},
+         1},
+        {"nothing recorded: no session was started",
+         false,
+         RecoveredMovie{},
+         {QStringLiteral("Recording finalization skipped because no video session was started."),
+          QStringLiteral("Recording finalization failed: Writer ended with status 4 and no error details.")},
+         0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        CapturedLog log;
+        ScriptedMovieWriterFactory writers;
+        CapturerRig rig(writers, Clock::system());
+        rig.scriptedRecovery.answer = c.rebuilt;
+        writers.configure = [&](ScriptedMovieWriter& writer) { writer.finishFailure = diskFull; };
+        auto job = rig.start();
+        if (c.deliversAFrame) rig.stream()->deliverFrame(hostTimeNow());
+        rig.awaitStart(job);
+        const QString moviePath = writers.last->outputPath();
+        rig.finish();
+        rig.drainWriteQueue();
+        waitForCaptureLogWrites();
+        const QStringList lines = log.lines();
+        qsizetype at = 0;
+        for (const QString& expected : c.expectedLines) {
+            const auto found = std::find_if(lines.begin() + at, lines.end(),
+                                            [&](const QString& line) { return line.startsWith(expected); });
+            ASSERT_NE(found, lines.end()) << expected.toStdString() << "\n" << lines.join('\n').toStdString();
+            at = found - lines.begin() + 1;
+        }
+        EXPECT_EQ(rig.savedMovies().size(), c.savedMovies);
+        EXPECT_EQ(rig.scriptedRecovery.asked(),
+                  c.deliversAFrame ? std::vector<QString>{moviePath} : std::vector<QString>{});
+        EXPECT_TRUE(rig.inProgressFiles().isEmpty()) << rig.inProgressFiles().join(' ').toStdString();
+    }
+}
+
+TEST_F(GameCapturerSteps, aRecordingHoldsItsLockAndJournalUntilItIsSaved) {
     auto job = rig_.start();
     rig_.stream()->deliverFrame(hostTimeNow());
-    rig_.awaitStart(job);
+    ASSERT_TRUE(rig_.awaitStart(job));
+    const QString moviePath = writer().outputPath();
+    EXPECT_FALSE(InProgressRecording::claim(moviePath).isOwned()) << "the living recording is no orphan";
+    const std::shared_ptr<RecordingTelemetryJournal> journal = rig_.capturer->telemetryJournal();
+    ASSERT_TRUE(journal);
+    EXPECT_EQ(journal->path(), moviePath + QStringLiteral(".telemetry"));
+    journal->appendMetadata(RecordingMetadata{std::nullopt, "ARAM", "Jinx", std::nullopt});
+    // A save that fails (the folder cannot be made) leaves the movie and its journals for the next launch.
+    ASSERT_TRUE(QDir(rig_.recordingsFolder()).removeRecursively());
+    ASSERT_TRUE(writeFileBytes(rig_.recordingsFolder(), "a file where the folder should be"));
     rig_.finish();
-    EXPECT_TRUE(
-        linesAfterDrain().contains(QStringLiteral("Recording finalization failed: KestrumMovieWriter 3: disk "
-                                                  "full (underlying: POSIX 28: No space left on device)")));
-    EXPECT_TRUE(rig_.inProgressFiles().isEmpty());
-    EXPECT_TRUE(rig_.savedMovies().isEmpty());
+    EXPECT_EQ(rig_.capturer->telemetryJournal(), nullptr);
+    EXPECT_TRUE(QFile::exists(moviePath));
+    const RecordingTelemetryJournalContents journaled = decodeRecordingTelemetryJournal(
+        readFileBytes(moviePath + QStringLiteral(".telemetry")).toStdString());
+    ASSERT_TRUE(journaled.metadata);
+    EXPECT_EQ(journaled.metadata->champion, "Jinx");
+    EXPECT_TRUE(InProgressRecording::claim(moviePath).isOwned()) << "its lock is let go";
 }
 
 TEST_F(GameCapturerSteps, finishWithoutACaptureDoesNothing) {

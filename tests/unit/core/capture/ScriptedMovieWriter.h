@@ -1,6 +1,7 @@
 #pragma once
 
 #include "media/MovieWriterFactory.h"
+#include "support/ScriptedMovieRecovery.h"
 
 #include <QFile>
 

@@ -24,10 +24,12 @@ TEST(MatchVideoCodec, RoundTripsWithTheUrlAsEncodedFileUrl) {
                      .gameDuration = 1834,
                      .finalItemIDs = std::vector<std::int64_t>{3031, 6672},
                      .legendaryItemIDsInPurchaseOrder = std::vector<std::int64_t>{},
-                     .didWin = false};
+                     .didWin = false,
+                     .damageReason = "The movie was cut off before it was finished: it has no index."};
     const std::string encoded = encodeMatchVideo(video).value();
-    EXPECT_TRUE(
-        encoded.starts_with(R"({"champion":"Kaisa","championAssetName":"Kaisa","date":789000123.25,)"));
+    EXPECT_TRUE(encoded.starts_with(
+        R"({"champion":"Kaisa","championAssetName":"Kaisa","damageReason":"The movie was cut off )"
+        R"(before it was finished: it has no index.","date":789000123.25,)"));
     EXPECT_TRUE(
         encoded.ends_with(R"("url":"file:\/\/\/home\/ann\/Videos\/2026-01-02_10-00-00_Kai'Sa%20%231.mov"})"))
         << encoded;

@@ -144,7 +144,7 @@ TEST(LibraryScanCacheCodec, RoundTripsStampsWithAbsentParts) {
         encoded.starts_with(R"({"recordings":[{"fingerprint":{"sidecar":{},"video":{"fileSize":1048576,)"
                             R"("modificationDate":812345678.125}},"match":{)"))
         << encoded;
-    EXPECT_TRUE(encoded.ends_with(R"(],"version":1})")) << encoded;
+    EXPECT_TRUE(encoded.ends_with(R"(],"version":2})")) << encoded;
     EXPECT_EQ(decodeLibraryScanCache(encoded).value(), cache);
 }
 

@@ -74,6 +74,36 @@ TEST_F(RecordingLibraryScannerTest, CacheFollowsTheLastListedFolder) {
 // What the scanner does with a sidecar's title: it writes the repaired title once, with the document
 // upgraded, and leaves highlights and titles of the user alone. A second scanner, as at the next
 // launch, must not write again.
+QByteArray atom(const char* type, const QByteArray& body = {}) {
+    const auto size = static_cast<quint32>(8 + body.size());
+    const char header[4] = {static_cast<char>(size >> 24), static_cast<char>(size >> 16),
+                            static_cast<char>(size >> 8), static_cast<char>(size)};
+    return QByteArray(header, 4) + QByteArray(type, 4) + body;
+}
+
+// Damage is told from the movie's own atoms, and the entry stays listed.
+TEST_F(RecordingLibraryScannerTest, EntriesOfMoviesThatCannotPlaySayWhy) {
+    const QByteArray head = atom("ftyp", QByteArray("qt  \0\0\0\0", 8)) + atom("wide");
+    const QByteArray media = atom("mdat", QByteArray(64, 'x'));
+    const QByteArray index = atom("moov", atom("mvhd"));
+    const std::vector<std::pair<QByteArray, std::optional<std::string>>> rows{
+        {head + media + index, nullopt},
+        {head + media, "The movie was cut off before it was finished: it has no index."},
+        {head + media.left(40), "The movie was cut off before it was finished: it has no index."},
+        {head + media + index.left(10), "The movie was cut short: its last part is missing."},
+        {QByteArray(), "The movie file is empty."},
+        {QByteArray("{\"not\": \"a movie\"}"), "The file is not a QuickTime movie."},
+    };
+    for (const auto& [bytes, reason] : rows) {
+        SCOPED_TRACE(reason.value_or("finished"));
+        test::writeFile(path(QString::fromUtf8(kClassicAhri)), bytes);
+        const MatchVideo entry = scanOne();
+        EXPECT_EQ(entry.url, path(QString::fromUtf8(kClassicAhri)));
+        EXPECT_EQ(entry.damageReason, reason);
+        EXPECT_EQ(entry.isDamaged(), reason.has_value());
+    }
+}
+
 TEST_F(RecordingLibraryScannerTest, RepairsMissingAndStaleTitlesOnce) {
     const auto stored = [](std::optional<std::string> title, std::optional<std::int64_t> revision = 1) {
         RecordingSessionData data = test::savedSession();
@@ -260,8 +290,9 @@ TEST_F(RecordingLibraryScannerTest, StreamedSidecarsGiveTheEntriesOfTheWholeDocu
         test::writeFile(movie);
         test::writeSidecar(movie, session);
         const MatchVideo scanned = scan(folder.path()).at(0);
-        const MatchVideo whole = deriveMatchVideo(movie, scanned.date, ParsedRecordingFileName::parse(movie),
-                                                  test::readSidecar(movie));
+        MatchVideo whole = deriveMatchVideo(movie, scanned.date, ParsedRecordingFileName::parse(movie),
+                                            test::readSidecar(movie));
+        whole.damageReason = "The movie file is empty.";
         EXPECT_EQ(scanned, whole);
         EXPECT_EQ(scanned.matchTitle, "Finals with friends");
     }

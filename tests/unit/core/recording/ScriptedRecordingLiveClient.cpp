@@ -34,9 +34,9 @@ QCoro::Task<std::optional<RecordingMetadata>> ScriptedRecordingLiveClient::fetch
     co_return metadata_;
 }
 
-QCoro::Task<RecordingTelemetry> ScriptedRecordingLiveClient::collectTelemetry(ReferenceDate startDate,
-                                                                              CancellationToken token) {
-    telemetryCalls_.push_back({startDate, token});
+QCoro::Task<RecordingTelemetry> ScriptedRecordingLiveClient::collectTelemetry(
+    ReferenceDate startDate, std::shared_ptr<RecordingTelemetryJournal> journal, CancellationToken token) {
+    telemetryCalls_.push_back({startDate, token, std::move(journal)});
     co_await clock_.sleep(kUntilCancelled, token);
     co_return telemetry_;
 }

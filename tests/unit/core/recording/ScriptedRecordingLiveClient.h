@@ -24,6 +24,7 @@ class ScriptedRecordingLiveClient final : public QObject, public RecordingLiveCl
     struct TelemetryCall {
         ReferenceDate startDate;
         CancellationToken token;
+        std::shared_ptr<RecordingTelemetryJournal> journal;
     };
 
     explicit ScriptedRecordingLiveClient(Clock& clock) : clock_(clock) {}
@@ -32,6 +33,7 @@ class ScriptedRecordingLiveClient final : public QObject, public RecordingLiveCl
     QCoro::Task<std::optional<RecordingMetadata>> fetchRecordingMetadata(int attempts, Clock::Duration delay,
                                                                          CancellationToken token) override;
     QCoro::Task<RecordingTelemetry> collectTelemetry(ReferenceDate startDate,
+                                                     std::shared_ptr<RecordingTelemetryJournal> journal,
                                                      CancellationToken token) override;
 
     void setIsReplay(bool isReplay) { isReplay_ = isReplay; }

@@ -1,9 +1,11 @@
 #include "LiveClientHarness.h"
 #include "LiveServiceBodies.h"
+#include "support/TestEnvironment.h"
 
 #include <gtest/gtest.h>
 
 #include <QJsonArray>
+#include <QTemporaryDir>
 
 #include <functional>
 #include <vector>
@@ -51,11 +53,13 @@ struct ScriptedGame {
         const ReferenceDate startDate{LiveClientHarness::kWallStart.secondsSince2001 - elapsedAtStart};
         const CancellationToken token;
         if (beforePass) beforePass(0);
-        auto task = h.client.collectTelemetry(startDate, token);
+        auto task = h.client.collectTelemetry(startDate, journal, token);
         for (int pass = 1; pass < passes; ++pass) {
             if (beforePass) beforePass(pass);
             h.clock.advance(250ms);
         }
+        // Read before the end of the run: the journal holds what the run had gathered by then.
+        if (journal) journal->close();
         token.cancel();
         return QCoro::waitFor(std::move(task));
     }
@@ -68,6 +72,7 @@ struct ScriptedGame {
     QString activeName = QStringLiteral("Kestrel");
     bool statsUp = true;
     bool playersUp = true;
+    std::shared_ptr<RecordingTelemetryJournal> journal;
     bool eventsUp = true;
 };
 
@@ -76,7 +81,8 @@ TEST(collectTelemetry, ACancellationBeforeTheFirstPassSendsNothing) {
     ScriptedGame game(h);
     const CancellationToken token;
     token.cancel();
-    const RecordingTelemetry telemetry = QCoro::waitFor(h.client.collectTelemetry(h.wallNow(), token));
+    const RecordingTelemetry telemetry =
+        QCoro::waitFor(h.client.collectTelemetry(h.wallNow(), nullptr, token));
     EXPECT_EQ(telemetry, RecordingTelemetry{});
     EXPECT_TRUE(h.service->requests().isEmpty());
 }
@@ -150,8 +156,8 @@ TEST(collectTelemetry, MeasuresThePassWhenTheStatisticsArriveNotThePlayers) {
     game.events = {championKill(1, 99, QStringLiteral("Rook"), QStringLiteral("Kestrel"))};
     h.service->delay(kPlayerListPath, h.clock, 1500ms);
     const CancellationToken token;
-    auto task =
-        h.client.collectTelemetry(ReferenceDate{LiveClientHarness::kWallStart.secondsSince2001 - 5.0}, token);
+    auto task = h.client.collectTelemetry(ReferenceDate{LiveClientHarness::kWallStart.secondsSince2001 - 5.0},
+                                          nullptr, token);
     h.clock.advance(1500ms);  // the player list arrives; the statistics came at once, at game time 100
     token.cancel();
     const RecordingTelemetry telemetry = QCoro::waitFor(std::move(task));
@@ -222,6 +228,28 @@ TEST(collectTelemetry, KeepsTheFirstFormOfAnEventAndSortsByVideoTime) {
     EXPECT_EQ(telemetry.events[2].id, 1);
     // Seen at the pass 1.0 second in: elapsed 101, game time 101.
     EXPECT_DOUBLE_EQ(telemetry.events[2].videoTime, 99);
+}
+
+TEST(collectTelemetry, WhatItGathersReachesTheJournalAsItComes) {
+    LiveClientHarness h;
+    ScriptedGame game(h);
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("kestrum_1.mov.telemetry"));
+    auto created = RecordingTelemetryJournal::create(path, ReferenceDate{800000000});
+    ASSERT_TRUE(created.ok());
+    game.journal = created.value();
+    game.events = {championKill(2, 100.4, QStringLiteral("Rook"), QStringLiteral("Kestrel")),
+                   championKill(1, 101.2, QStringLiteral("Kestrel"), QStringLiteral("Rook"))};
+    const RecordingTelemetry telemetry = game.collect(5.0, 10, [&](int pass) {
+        if (pass == 6) game.players[1].scores.deaths = 1;
+    });
+    const RecordingTelemetryJournalContents journaled =
+        decodeRecordingTelemetryJournal(readFileBytes(path).toStdString());
+    EXPECT_EQ(journaled.skippedLines, 0);
+    EXPECT_EQ(journaled.recordingStartedAt, ReferenceDate{800000000});
+    ASSERT_EQ(telemetry.events.size(), 2u);
+    EXPECT_EQ(telemetry.scoreboard.size(), 3u);  // the first, the death, and a second after the first
+    EXPECT_EQ(journaled.telemetry, telemetry);
 }
 
 TEST(collectTelemetry, RowsConvertedBeforeTheLocalPlayerIsKnownStayUnflagged) {
