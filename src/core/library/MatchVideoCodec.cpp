@@ -3,6 +3,7 @@
 #include "core/json/JsonDocument.h"
 #include "core/json/JsonValueKind.h"
 
+#include <QDir>
 #include <QSet>
 #include <QUrl>
 
@@ -12,7 +13,9 @@ namespace {
 
 // The movie's path travels as a file URL, fully percent-encoded ("file:///a/My%20Game.mov"), as a
 // platform URL's absolute string is. Anything that is not a local file URL (a web address, a bare path,
-// an empty string) fails the document: an entry whose movie cannot be named is no entry.
+// an empty string) fails the document: an entry whose movie cannot be named is no entry. The path is
+// read cleaned: a URL of "//host/..." form names a path that would otherwise come back with another
+// spelling (its host lowercased) from its own encoding.
 bool readFileUrl(const rapidjson::Value& value, void* record, JsonFailure& failure) {
     if (!value.IsString()) return failure.fail(unexpectedKind("a file URL string", value));
     const QUrl url(QString::fromUtf8(value.GetString(), static_cast<qsizetype>(value.GetStringLength())),
@@ -20,7 +23,7 @@ bool readFileUrl(const rapidjson::Value& value, void* record, JsonFailure& failu
     if (!url.isValid() || !url.isLocalFile() || url.toLocalFile().isEmpty()) {
         return failure.fail("not a local file URL");
     }
-    static_cast<MatchVideo*>(record)->url = url.toLocalFile();
+    static_cast<MatchVideo*>(record)->url = QDir::cleanPath(url.toLocalFile());
     return true;
 }
 

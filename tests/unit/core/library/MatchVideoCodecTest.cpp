@@ -40,6 +40,21 @@ TEST(MatchVideoCodec, RoundTripsWithTheUrlAsEncodedFileUrl) {
     EXPECT_EQ(decodeLibraryCache(encodeLibraryCache(cache).value()).value(), cache);
 }
 
+// A path spelled two ways reads as one, and what is read is written back as it was read.
+TEST(MatchVideoCodec, ReadsEveryUrlSpellingAsTheCleanPathItWritesBack) {
+    const std::vector<std::pair<const char*, const char*>> rows{
+        {"file:////Vb.me/a.mov", "/Vb.me/a.mov"},
+        {"file:///v//b/./a.mov", "/v/b/a.mov"},
+        {"file:///v/My%20Game.mov", "/v/My Game.mov"},
+    };
+    for (const auto& [url, path] : rows) {
+        const std::string document = std::string(R"({"date":1,"url":")") + url + R"("})";
+        const MatchVideo read = decodeMatchVideo(document).value();
+        EXPECT_EQ(read.url, QString::fromUtf8(path)) << url;
+        EXPECT_EQ(decodeMatchVideo(encodeMatchVideo(read).value()).value(), read) << url;
+    }
+}
+
 TEST(MatchVideoCodec, RejectsWhatNamesNoMovieAndFailsWhole) {
     const std::vector<std::pair<const char*, const char*>> rows{
         {R"({"date":1})", "url: missing required key"},
