@@ -158,10 +158,12 @@ QVariant MatchCardListModel::cardValue(const Row& row, int role) const {
             return QStringLiteral("star.fill");
         case favoriteHelpRole:
             return card::favoriteTitle(isFavorite);
+        // Damaged as the library found it (a cut-off movie that could not be rebuilt), or as a player
+        // found it when it tried.
         case isDamagedRole:
-            return isDamaged_(match.url);
+            return match.isDamaged() || isDamaged_(match.url);
         case damagedTextRole:
-            return isDamaged_(match.url) ? DashboardTexts::kDamagedCardText : QString();
+            return match.isDamaged() || isDamaged_(match.url) ? DashboardTexts::kDamagedCardText : QString();
         case accessibleLabelRole:
             return card::accessibilityLabel(match);
         case leadingSymbolRole:

@@ -22,6 +22,11 @@ class SessionEndInhibitingCapturer final : public RecordingCapturer {
                                     std::vector<RecordingEvent> events,
                                     std::vector<RecordingScoreboardSnapshot> scoreboard) override;
 
+    // The wrapped capturer's: what the collection gathers reaches the journal beside its movie.
+    std::shared_ptr<RecordingTelemetryJournal> telemetryJournal() const override {
+        return capturer_.telemetryJournal();
+    }
+
     // Whether any capture is starting, running or finishing. Main thread.
     bool hasActiveCapture() const { return startingCaptures_ + startedCaptures_ + finishingCaptures_ > 0; }
 

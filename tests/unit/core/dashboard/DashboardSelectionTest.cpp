@@ -244,6 +244,17 @@ TEST_F(DashboardSelectionTest, AMovieThatCannotBeOpenedShowsAMessageInsteadOfLoa
     EXPECT_TRUE(cards.value(cards.rowOf(kThird.url), QStringLiteral("isDamaged")).toBool());
 }
 
+TEST_F(DashboardSelectionTest, AnEntryTheLibraryFoundDamagedSaysSoBeforeItIsOpened) {
+    MatchVideo cutOff = recording(QStringLiteral("/recordings/cut-off.mov"), 1800);
+    cutOff.damageReason = "The movie was cut off before it was finished: it has no index.";
+    h.showLibrary({kFirst, cutOff});
+    MatchCardListModel& cards = *h.controller().sidebar()->cards();
+    EXPECT_TRUE(cards.value(cards.rowOf(cutOff.url), QStringLiteral("isDamaged")).toBool());
+    EXPECT_EQ(cards.value(cards.rowOf(cutOff.url), QStringLiteral("damagedText")).toString(),
+              QStringLiteral("Movie can’t be opened"));
+    EXPECT_FALSE(cards.value(cards.rowOf(kFirst.url), QStringLiteral("isDamaged")).toBool());
+}
+
 TEST_F(DashboardSelectionTest, NoSelectionClearsEverything) {
     h.loads.finishDetail(0, detailWith({event(1, "GameStart", 10)}, 100));
     h.controller().setScoreboardPinned(true);

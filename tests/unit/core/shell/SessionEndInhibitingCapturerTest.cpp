@@ -6,6 +6,7 @@
 
 #include <QCoroSignal>
 #include <QObject>
+#include <QTemporaryDir>
 
 namespace kestrum::test {
 namespace {
@@ -34,7 +35,10 @@ class GatedCapturer : public QObject, public RecordingCapturer {
         }
     }
 
+    std::shared_ptr<RecordingTelemetryJournal> telemetryJournal() const override { return journal; }
+
     void endStart(bool succeeded) { emit startEnded(startsEnded_++, succeeded); }
+    std::shared_ptr<RecordingTelemetryJournal> journal;
     void endFinish() { emit finishEnded(finishesEnded_++); }
 
   signals:
@@ -47,6 +51,20 @@ class GatedCapturer : public QObject, public RecordingCapturer {
     int finishesBegun_ = 0;
     int finishesEnded_ = 0;
 };
+
+// The coordinator reaches the recording's journal through the hold: hidden there, a crash would lose the
+// events gathered so far.
+TEST(SessionEndInhibitingCapturer, PassesTheRecordingsJournalThrough) {
+    QTemporaryDir folder;
+    GatedCapturer capturer;
+    FakeSessionEndInhibitor inhibitor;
+    SessionEndInhibitingCapturer guard(capturer, inhibitor);
+    EXPECT_EQ(guard.telemetryJournal(), nullptr);
+    capturer.journal =
+        RecordingTelemetryJournal::create(folder.filePath(QStringLiteral("game.telemetry")), ReferenceDate{1})
+            .value();
+    EXPECT_EQ(guard.telemetryJournal(), capturer.journal);
+}
 
 // The steps of one scenario, each followed by the hold it must leave.
 enum class Step { start, startSucceeds, startFails, finish, finishEnds };
