@@ -131,7 +131,8 @@ bool FfmpegMuxer::accept(Entry entry) {
     } else {
         const AVStream* stream = context_->streams[entry.streamIndex];
         av_packet_rescale_ts(entry.packet.get(), entry.encoderTimeBase, stream->time_base);
-        const std::int64_t dtsUs = av_rescale_q(entry.packet->dts, stream->time_base, AVRational{1, AV_TIME_BASE});
+        const std::int64_t dtsUs =
+            av_rescale_q(entry.packet->dts, stream->time_base, AVRational{1, AV_TIME_BASE});
         const int streamIndex = entry.streamIndex;
         interleaver_->push(streamIndex, dtsUs, std::move(entry));
     }
