@@ -10,7 +10,6 @@
 
 #include <QCoreApplication>
 #include <QCoroTask>
-#include <QPromise>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -41,26 +40,9 @@ int main(int argc, char** argv) {
     NotificationCenter notifications;
     const std::vector<MatchVideo> matches = bench::madeUpLibrary(kRecordings);
     RecordingLibraryModel model(defaults, std::nullopt, [&](const QString&) {
-        QPromise<Result<std::vector<MatchVideo>>> promise;
-        promise.start();
-        promise.addResult(matches);
-        promise.finish();
-        return promise.future();
+        return bench::readyFuture(Result<std::vector<MatchVideo>>(matches));
     });
-    DashboardRecordingLoads loads{[](const MatchVideo&) {
-                                      QPromise<std::shared_ptr<const RecordingDetail>> promise;
-                                      promise.start();
-                                      promise.addResult(std::make_shared<RecordingDetail>());
-                                      promise.finish();
-                                      return promise.future();
-                                  },
-                                  [](const MatchVideo&) {
-                                      QPromise<std::optional<QImage>> promise;
-                                      promise.start();
-                                      promise.addResult(std::optional<QImage>());
-                                      promise.finish();
-                                      return promise.future();
-                                  }};
+    DashboardRecordingLoads loads = bench::instantRecordingLoads(0);
     DashboardController controller({defaults, clock, players, files, notifications}, model, loads,
                                    QStringLiteral("/recordings"));
     QCoro::waitFor(model.refresh(QStringLiteral("/recordings")));

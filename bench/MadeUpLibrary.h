@@ -1,16 +1,41 @@
 #pragma once
 
+#include "core/dashboard/DashboardRecordingLoads.h"
 #include "core/library/MatchVideo.h"
+#include "core/library/detail/RecordingDetail.h"
 #include "platform/fake/FakeVideoPlayer.h"
 #include "platform/ports/VideoPlayer.h"
 
 #include <QDateTime>
+#include <QFuture>
+#include <QImage>
+#include <QPromise>
 
 #include <array>
 #include <memory>
 #include <vector>
 
 namespace kestrum::bench {
+
+// A future that already holds its value: the benchmarks measure the window, not the disk.
+template <typename T>
+QFuture<T> readyFuture(T value) {
+    QPromise<T> promise;
+    promise.start();
+    promise.addResult(std::move(value));
+    promise.finish();
+    return promise.future();
+}
+
+// The review window's loads answered at once: a detail of `durationSeconds` and no thumbnail.
+inline DashboardRecordingLoads instantRecordingLoads(double durationSeconds) {
+    return {[durationSeconds](const MatchVideo&) {
+                auto detail = std::make_shared<RecordingDetail>();
+                detail->duration = durationSeconds;
+                return readyFuture(std::shared_ptr<const RecordingDetail>(std::move(detail)));
+            },
+            [](const MatchVideo&) { return readyFuture(std::optional<QImage>()); }};
+}
 
 // Fake players of a 30-minute movie, for the review window's benchmarks that measure everything but the
 // movie.

@@ -21,7 +21,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
-#include <QPromise>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
@@ -95,28 +94,9 @@ int main(int argc, char** argv) {
     NotificationCenter notifications;
     const std::vector<MatchVideo> matches = bench::madeUpLibrary(kRecordings);
     RecordingLibraryModel library(defaults, std::nullopt, [&matches](const QString&) {
-        QPromise<Result<std::vector<MatchVideo>>> promise;
-        promise.start();
-        promise.addResult(matches);
-        promise.finish();
-        return promise.future();
+        return bench::readyFuture(Result<std::vector<MatchVideo>>(matches));
     });
-    DashboardRecordingLoads loads{[](const MatchVideo&) {
-                                      QPromise<std::shared_ptr<const RecordingDetail>> promise;
-                                      promise.start();
-                                      auto detail = std::make_shared<RecordingDetail>();
-                                      detail->duration = 1800;
-                                      promise.addResult(std::shared_ptr<const RecordingDetail>(detail));
-                                      promise.finish();
-                                      return promise.future();
-                                  },
-                                  [](const MatchVideo&) {
-                                      QPromise<std::optional<QImage>> promise;
-                                      promise.start();
-                                      promise.addResult(std::optional<QImage>());
-                                      promise.finish();
-                                      return promise.future();
-                                  }};
+    DashboardRecordingLoads loads = bench::instantRecordingLoads(1800);
     DashboardController controller({defaults, clock, players, files, notifications}, library, loads,
                                    QStringLiteral("/recordings"));
     QQmlEngine engine;
