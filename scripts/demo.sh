@@ -9,59 +9,32 @@ cd "$(dirname "$0")/.."
 out="$PWD/demo-output"
 build=build/debug
 script=${KESTRUM_DEMO_SCRIPT:-tools/game-simulator/scripts/demo.json}
-started_pids=()
-
-say() { printf '\033[1mdemo:\033[0m %s\n' "$*"; }
-cleanup() {
-    local pid
-    for pid in "${started_pids[@]}"; do kill "$pid" 2>/dev/null || true; done
-    wait 2>/dev/null || true
-}
-trap cleanup EXIT
+rig_name=demo
+source scripts/session-rig.sh
 
 say "building kestrum and the game simulator"
 cmake --preset debug >/dev/null
 cmake --build --preset debug -j "$(nproc)" --target kestrum kestrum-game-simulator kestrum-telemetry >/dev/null
 
-# A private profile: settings, caches, the capture log and the recordings all stay in demo-output.
-rm -rf "$out"
-mkdir -p "$out"/{config,cache,state,data,Videos,runtime}
-chmod 700 "$out/runtime"
-export XDG_CONFIG_HOME="$out/config" XDG_CACHE_HOME="$out/cache" XDG_STATE_HOME="$out/state" \
-       XDG_DATA_HOME="$out/data" XDG_RUNTIME_DIR="$out/runtime"
-printf 'XDG_VIDEOS_DIR="%s"\n' "$out/Videos" >"$XDG_CONFIG_HOME/user-dirs.dirs"
+rig_private_profile
 
 has_desktop=0
 if [[ -n "${DISPLAY:-}" ]] && xdpyinfo >/dev/null 2>&1; then
     has_desktop=1
     say "using the desktop on $DISPLAY"
 else
-    exec 3< <(Xvfb -displayfd 1 -screen 0 1920x1080x24 -nolisten tcp -noreset 2>"$out/xvfb.log")
-    started_pids+=($!)
-    read -r -t 15 number <&3 || { echo "demo: Xvfb did not start (see $out/xvfb.log)" >&2; exit 1; }
-    export DISPLAY=":$number"
+    rig_start_xvfb
     say "no desktop: started Xvfb on $DISPLAY"
 fi
 
 if pactl info >/dev/null 2>&1; then
     say "using the running sound server"
 else
-    pulseaudio --daemonize=no --exit-idle-time=-1 -n \
-        --load="module-native-protocol-unix auth-anonymous=1 socket=$out/runtime/pulse-native" \
-        --load="module-null-sink sink_name=demo_null rate=48000" \
-        --load="module-null-source source_name=demo_microphone rate=48000" >"$out/pulse.log" 2>&1 &
-    started_pids+=($!)
-    export PULSE_SERVER="unix:$out/runtime/pulse-native"
-    for _ in $(seq 50); do pactl info >/dev/null 2>&1 && break; sleep 0.2; done
-    pactl set-default-sink demo_null >/dev/null 2>&1 || true
+    rig_start_pulseaudio
     say "no sound server: started PulseAudio with a null sink"
 fi
 
-"$build/src/app/kestrum" >"$out/kestrum.log" 2>&1 &
-kestrum_pid=$!
-started_pids+=("$kestrum_pid")
-for _ in $(seq 100); do grep -q "Kestrum is running" "$out/kestrum.log" 2>/dev/null && break; sleep 0.2; done
-grep -q "Kestrum is running" "$out/kestrum.log" || { cat "$out/kestrum.log"; echo "demo: kestrum did not start" >&2; exit 1; }
+rig_start_kestrum "$build"
 say "kestrum runs (log: $out/kestrum.log); starting a simulated game from $script"
 
 "$build/tools/game-simulator/run-game.sh" --script "$script" >"$out/simulator.log" 2>&1 || true

@@ -17,26 +17,14 @@ preset=${SOAK_PRESET:-release}
 build=build/$preset
 out="$PWD/soak-output"
 loading_seconds=5
-started_pids=()
-
-say() { printf '\033[1msoak:\033[0m %s\n' "$*"; }
-cleanup() {
-    local pid
-    for pid in "${started_pids[@]}"; do kill "$pid" 2>/dev/null || true; done
-    wait 2>/dev/null || true
-}
-trap cleanup EXIT
+rig_name=soak
+source scripts/session-rig.sh
 
 say "building kestrum and the game simulator ($preset)"
 cmake --preset "$preset" >/dev/null
 cmake --build --preset "$preset" -j 2 --target kestrum kestrum-game-simulator >/dev/null
 
-rm -rf "$out"
-mkdir -p "$out"/{config,cache,state,data,Videos,runtime}
-chmod 700 "$out/runtime"
-export XDG_CONFIG_HOME="$out/config" XDG_CACHE_HOME="$out/cache" XDG_STATE_HOME="$out/state" \
-       XDG_DATA_HOME="$out/data" XDG_RUNTIME_DIR="$out/runtime"
-printf 'XDG_VIDEOS_DIR="%s"\n' "$out/Videos" >"$XDG_CONFIG_HOME/user-dirs.dirs"
+rig_private_profile
 unset QT_QPA_PLATFORM
 
 # The game: the short end-to-end game's players, lasting the soak, with a kill by the local player every
@@ -65,26 +53,12 @@ for player in game["players"]:
 json.dump(game, open(target, "w"), indent=1)
 EOF
 
-exec 3< <(Xvfb -displayfd 1 -screen 0 1920x1080x24 -nolisten tcp -noreset +extension Composite 2>"$out/xvfb.log")
-started_pids+=($!)
-read -r -t 15 number <&3 || { echo "soak: Xvfb did not start (see $out/xvfb.log)" >&2; exit 1; }
-export DISPLAY=":$number"
+rig_start_xvfb +extension Composite
 openbox --sm-disable >"$out/openbox.log" 2>&1 &
 started_pids+=($!)
-pulseaudio --daemonize=no --exit-idle-time=-1 -n \
-    --load="module-native-protocol-unix auth-anonymous=1 socket=$out/runtime/pulse-native" \
-    --load="module-null-sink sink_name=soak_null rate=48000" \
-    --load="module-null-source source_name=soak_microphone rate=48000" >"$out/pulse.log" 2>&1 &
-started_pids+=($!)
-export PULSE_SERVER="unix:$out/runtime/pulse-native"
-for _ in $(seq 50); do pactl info >/dev/null 2>&1 && break; sleep 0.2; done
-pactl set-default-sink soak_null >/dev/null
+rig_start_pulseaudio
 
-"$build/src/app/kestrum" >"$out/kestrum.log" 2>&1 &
-kestrum_pid=$!
-started_pids+=("$kestrum_pid")
-for _ in $(seq 100); do grep -q "Kestrum is running" "$out/kestrum.log" 2>/dev/null && break; sleep 0.2; done
-grep -q "Kestrum is running" "$out/kestrum.log" || { cat "$out/kestrum.log"; echo "soak: kestrum did not start" >&2; exit 1; }
+rig_start_kestrum "$build"
 
 say "recording a ${minutes}-minute game; load now: $(cut -d' ' -f1-3 /proc/loadavg)"
 "$build/tools/game-simulator/run-game.sh" --script "$out/game.json" >"$out/simulator.log" 2>&1 &

@@ -19,7 +19,7 @@ namespace kestrum {
 
 // One record stream of the sound server, read fragment by fragment and stamped on the host clock.
 //
-// The stream is interleaved PCM of the given sample spec, asked for in fragments of about kFragmentUs.
+// The stream is interleaved PCM of the given sample format, asked for in fragments of about kFragmentUs.
 // Each fragment the server hands over is stamped by a PulseAudioStreamClock from its measured capture
 // time: the arrival on the host clock less the capture latency (see `CaptureLatency`). The
 // fragments of the first kSettleNs after an open, or after the server dropped data, are held back and
