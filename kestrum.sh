@@ -14,6 +14,8 @@ jobs=$(nproc 2>/dev/null || echo 2)
 FUZZ_SECONDS=${KESTRUM_FUZZ_SECONDS:-60}
 passed=0
 failed=0
+# Names of what failed, repeated under the totals: CI keeps only the tail of a long log.
+failed_names=()
 # In CI every real component is installed, so a test that would skip for a missing encoder or tool fails.
 [[ "${CI:-}" == "true" ]] && export KESTRUM_REQUIRE_MEDIA=1
 
@@ -33,9 +35,14 @@ run_ctest() {
     ctest "$@" -j "$jobs" --output-on-failure 2>&1 | tee "$output" || status=$?
     local line
     line=$(grep -E 'tests passed, [0-9]+ tests failed out of [0-9]+' "$output" | tail -n 1 || true)
+    local name
+    while read -r name; do
+        failed_names+=("$*: $name")
+    done < <(sed -n '/The following tests FAILED:/,$p' "$output" | grep -E '^[[:space:]]+[0-9]+ - ' || true)
     rm -f "$output"
     if [[ -z "$line" ]]; then
         failed=$((failed + 1))
+        failed_names+=("$*: ctest did not finish")
         return 1
     fi
     local failures total
@@ -53,6 +60,7 @@ run_qmllint() {
         passed=$((passed + 1))
     else
         failed=$((failed + 1))
+        failed_names+=("qmllint")
         return 1
     fi
 }
@@ -70,6 +78,7 @@ run_fuzzers() {
             grep -E 'stat::number_of_executed_units|Done [0-9]+ runs' "build/fuzz/$name.log" | tail -n 2 || true
         else
             failed=$((failed + 1))
+            failed_names+=("fuzz target $name")
             status=1
             tail -n 60 "build/fuzz/$name.log"
         fi
@@ -103,6 +112,10 @@ command_test() {
         run_fuzzers || status=1
     fi
     echo
+    local name
+    for name in "${failed_names[@]}"; do
+        echo "failed: $name"
+    done
     echo "test: ${passed} passed, ${failed} failed"
     return "$status"
 }
