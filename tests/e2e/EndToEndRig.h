@@ -59,6 +59,8 @@ class EndToEndRig {
     QString gameOutput() const { return gameOutput_; }
     qint64 gameProcessId() const;
     QString failure() const { return failure_; }
+    // Whether a tray runs on the rig's desktop (trayer, when installed).
+    bool hasTray() const { return tray_ != nullptr; }
 
     // Makes another application's window the active one (a window manager does the activation).
     bool activateOtherWindow();

@@ -4,6 +4,7 @@
 // tray, the panel opens at launch as an ordinary window. The recorder runs on the fake adapters.
 #include "support/DisplayServers.h"
 #include "support/TestEnvironment.h"
+#include "support/X11Desktop.h"
 
 #include <gtest/gtest.h>
 
@@ -17,41 +18,6 @@
 
 namespace kestrum::test {
 namespace {
-
-// xdotool's answer, trimmed; empty when it failed or found nothing.
-QString xdotool(const QStringList& arguments) {
-    QProcess process;
-    process.start(QStringLiteral("xdotool"), arguments);
-    if (!process.waitForFinished(10000) || process.exitCode() != 0) return {};
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
-
-QRect geometryOf(const QString& window) {
-    const QString shell = xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window});
-    QMap<QString, int> values;
-    for (const QString& line : shell.split(QLatin1Char('\n'))) {
-        values.insert(line.section(QLatin1Char('='), 0, 0), line.section(QLatin1Char('='), 1).toInt());
-    }
-    return {values.value(QStringLiteral("X")), values.value(QStringLiteral("Y")),
-            values.value(QStringLiteral("WIDTH")), values.value(QStringLiteral("HEIGHT"))};
-}
-
-// The largest visible window whose name (or, with `byClass`, class) matches `pattern`; empty when none.
-QRect visibleWindow(const QString& pattern, bool byClass = false) {
-    const QString found = xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                                   byClass ? QStringLiteral("--class") : QStringLiteral("--name"), pattern});
-    QRect largest;
-    for (const QString& window : found.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
-        const QRect geometry = geometryOf(window);
-        if (geometry.width() * geometry.height() > largest.width() * largest.height()) largest = geometry;
-    }
-    return largest;
-}
-
-void click(QPoint point) {
-    xdotool({QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()),
-             QStringLiteral("click"), QStringLiteral("1")});
-}
 
 class TrayDesktop : public ::testing::Test {
   protected:
@@ -127,7 +93,7 @@ TEST_F(TrayDesktop, TheIconOpensThePanelWhoseCommandsOpenSettingsAndQuit) {
     ASSERT_FALSE(tray.isEmpty());
     QRect panel;
     for (int x = tray.right() - 11; x > tray.left() && panel.isEmpty(); x -= 22) {
-        click({x, tray.center().y()});
+        clickAt({x, tray.center().y()});
         waitUntil([&] { return !(panel = visibleWindow(QStringLiteral("^Kestrum$"))).isEmpty(); }, 2000);
     }
     ASSERT_FALSE(panel.isEmpty()) << "a click on the tray opened no panel";
@@ -140,7 +106,7 @@ TEST_F(TrayDesktop, TheIconOpensThePanelWhoseCommandsOpenSettingsAndQuit) {
 
     // "Settings" and "Quit" share the panel's last row; the panel closes as the settings take the focus.
     const int lastRowY = panel.bottom() - 16 - 14;
-    click({panel.left() + panel.width() / 4, lastRowY});
+    clickAt({panel.left() + panel.width() / 4, lastRowY});
     QRect settings;
     ASSERT_TRUE(waitUntil(
         [&] { return !(settings = visibleWindow(QStringLiteral("^Kestrum Settings$"))).isEmpty(); }, 10000));
@@ -152,11 +118,11 @@ TEST_F(TrayDesktop, TheIconOpensThePanelWhoseCommandsOpenSettingsAndQuit) {
     // Open the panel again and quit from it.
     panel = {};
     for (int x = tray.right() - 11; x > tray.left() && panel.isEmpty(); x -= 22) {
-        click({x, tray.center().y()});
+        clickAt({x, tray.center().y()});
         waitUntil([&] { return !(panel = visibleWindow(QStringLiteral("^Kestrum$"))).isEmpty(); }, 2000);
     }
     ASSERT_FALSE(panel.isEmpty());
-    click({panel.left() + panel.width() * 3 / 4, panel.bottom() - 16 - 14});
+    clickAt({panel.left() + panel.width() * 3 / 4, panel.bottom() - 16 - 14});
     ASSERT_TRUE(waitUntil([&] { return kestrum_->state() == QProcess::NotRunning; }, 20000))
         << output_.toStdString();
     EXPECT_EQ(kestrum_->exitStatus(), QProcess::NormalExit);
