@@ -84,7 +84,9 @@ RecordingLibraryScanner::RecordingLibraryScanner(QString diskCacheFile, BirthTim
       birthTime_(birthTime ? std::move(birthTime) : BirthTimeSource(&fileBirthTime)),
       queue_(QStringLiteral("com.kestrum.library.scanner")) {}
 
-RecordingLibraryScanner::~RecordingLibraryScanner() = default;
+RecordingLibraryScanner::~RecordingLibraryScanner() {
+    isClosing_ = true;
+}
 
 QString RecordingLibraryScanner::defaultDiskCacheFile() {
     const QString caches = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
@@ -104,16 +106,23 @@ std::vector<QString> RecordingLibraryScanner::cachedPaths() {
 }
 
 std::vector<MatchVideo> RecordingLibraryScanner::scanOnQueue(const QString& folderPath) {
+    if (isClosing_) return {};
     loadDiskCacheOnce();
     const ReferenceDate scanTime = ReferenceDate::now();
     std::vector<MatchVideo> matches;
     QSet<QString> seen;
     bool changed = false;
     const bool listed = forEachMovieIn(folderPath, [&](const QFileInfo& movie) {
+        if (isClosing_) return;
         seen.insert(movie.filePath());
         matches.push_back(entryFor(movie, scanTime, changed));
     });
     if (!listed) return {};
+    if (isClosing_) {
+        // Cut short: the entries not reached stay cached as they were, for the next launch.
+        if (changed && !diskCacheFile_.isEmpty()) storeDiskCache();
+        return {};
+    }
     for (auto entry = cache_.begin(); entry != cache_.end();) {
         if (seen.contains(entry.key())) {
             ++entry;

@@ -12,6 +12,7 @@
 #include <QHash>
 #include <QString>
 
+#include <atomic>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -33,7 +34,10 @@ namespace kestrum {
 // for the first; the disk cache is written there too, after the scan's result is given. `cache_` and
 // `diskCacheLoaded_` belong to that queue. The sidecar lock is held only around each read or rewrite,
 // so a save of a new recording can slip in between two files. Callable from any thread; the main thread
-// awaits the future. Destruction lets the scans asked for, and their cache writes, run to their end.
+// awaits the future. Destruction does not wait for a long first scan (a thousand documents to decode and
+// repair hold a quit for many seconds): the scan under way stops before its next movie, keeps in the
+// disk cache what it built so far and every entry it did not reach, and the scans queued behind it give
+// nothing; then the queue is joined.
 class RecordingLibraryScanner {
   public:
     using FileStamp = LibraryScanCache::FileStamp;
@@ -77,6 +81,8 @@ class RecordingLibraryScanner {
     QHash<QString, CachedRecording> cache_;
     // Whether the disk cache has been read into cache_. Belongs to queue_.
     bool diskCacheLoaded_ = false;
+    // Set by the destructor on the owner's thread; read on queue_ before each movie.
+    std::atomic<bool> isClosing_ = false;
     // Last member: destroyed first, so a running scan ends before the cache goes.
     SerialQueue queue_;
 };

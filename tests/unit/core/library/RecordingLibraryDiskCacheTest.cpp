@@ -8,7 +8,10 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <atomic>
+#include <chrono>
 #include <functional>
+#include <thread>
 
 namespace kestrum {
 namespace {
@@ -130,6 +133,48 @@ TEST_F(RecordingLibraryDiskCacheTest, ACacheThatCannotBeWrittenLosesNothingButTh
     EXPECT_FALSE(QFileInfo::exists(cacheFile()));
     retitleUnstamped(kFirst, "My game X");
     EXPECT_EQ(launchAndScan(cacheFile()).at(kFirst), "My game X");
+}
+
+// A quit during a long scan: the scanner's end waits for the movie at hand only. What the scan built stays
+// cached, what it did not reach keeps what an earlier launch cached, and a scan queued behind gives nothing.
+TEST_F(RecordingLibraryDiskCacheTest, EndedDuringAScanItStopsBeforeTheNextMovieAndKeepsTheCache) {
+    std::vector<std::string> names;
+    for (int day = 1; day <= 6; ++day) {
+        names.push_back(
+            QStringLiteral("2026-01-0%1_10-00-00_CLASSIC_Ahri_MIDDLE.mov").arg(day).toStdString());
+        test::writeFile(movie(names.back().c_str()));
+        writeTitled(names.back().c_str(), "Earlier");
+    }
+    launchAndScan(cacheFile());
+    for (const std::string& name : names) writeTitled(name.c_str(), "Changed title");
+
+    std::atomic<int> started = 0;
+    std::atomic<bool> ending = false;
+    auto scanner = std::make_unique<RecordingLibraryScanner>(cacheFile(), [&](const QFileInfo&) {
+        // The first movie is held until the scanner's end has begun, and a little longer.
+        if (started.fetch_add(1) == 0) {
+            while (!ending) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        }
+        return std::optional<QDateTime>();
+    });
+    QFuture<Result<std::vector<MatchVideo>>> scan = scanner->scan(folder_.path());
+    QFuture<Result<std::vector<MatchVideo>>> queued = scanner->scan(folder_.path());
+    ASSERT_TRUE(test::waitUntil([&] { return started >= 1; }));
+    ending = true;
+    scanner.reset();
+
+    EXPECT_EQ(started, 1) << "the end waited for movies the scan had not reached";
+    EXPECT_TRUE(scan.result().value().empty());
+    EXPECT_TRUE(queued.result().value().empty());
+    const std::optional<LibraryScanCache> stored = cacheOnDisk();
+    ASSERT_TRUE(stored);
+    ASSERT_EQ(stored->recordings.size(), names.size());
+    int rebuilt = 0;
+    for (const LibraryScanCache::Recording& recording : stored->recordings) {
+        rebuilt += recording.match.matchTitle == "Changed title" ? 1 : 0;
+    }
+    EXPECT_EQ(rebuilt, 1);
 }
 
 TEST(LibraryScanCacheCodec, RoundTripsStampsWithAbsentParts) {
