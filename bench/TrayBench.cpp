@@ -1,12 +1,17 @@
 // The tray application as it waits for a game: how long from launch until its icon is in the tray, and
 // what it costs while it waits with the tray only (no window open), with 300 other processes running and
 // 1,000 recordings in its folder. kestrum runs on a private X server with a real X11 tray (trayer), on the
-// fake capture adapters, in a private home. Prints `figure <name> <value> <unit>` lines.
+// fake capture adapters, in a private home. Then the review window on those 1,000 recordings: from the
+// request (what a later launch, or the panel's "Open Dashboard", hands the running instance) until the
+// window is mapped, the first time and again after it was closed. Prints `figure <name> <value> <unit>`.
 //
 // KESTRUM_BENCH_IDLE_SECONDS sets the idle measure's length (default 20; the target is stated over 300).
+#include "platform/linux/instance/LocalSocketSingleInstanceChannel.h"
 #include "support/DisplayServers.h"
+#include "support/X11Desktop.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -48,16 +53,48 @@ double residentMegabytes(qint64 pid) {
     return -1;
 }
 
-void fillRecordingsFolder(const QString& home, int count) {
+// `count` recordings as the recorder names them, one game every 9 hours back from now: a few real ones
+// made by kestrum-seed-library (short movies beside synthetic games' documents), each linked under many
+// names, so that the library reads real movies and documents without writing 1,000 movies.
+bool fillRecordingsFolder(const QString& home, int count) {
     const QString folder = home + QStringLiteral("/Videos/Kestrum");
-    QDir().mkpath(folder);
+    const QString seeds = home + QStringLiteral("/seeds");
+    QProcess seed;
+    seed.start(QStringLiteral(KESTRUM_SEED_LIBRARY_PATH), {seeds, QStringLiteral("3")});
+    if (!seed.waitForFinished(300000) || seed.exitCode() != 0 || !QDir().mkpath(folder)) return false;
+    const QStringList movies = QDir(seeds).entryList({QStringLiteral("*_CLASSIC_*.mov")}, QDir::Files);
+    if (movies.isEmpty()) return false;
+    const QDateTime newest = QDateTime::currentDateTime();
     for (int index = 0; index < count; ++index) {
-        const QString base = folder + QStringLiteral("/Game %1").arg(index, 4, 10, QLatin1Char('0'));
-        QFile movie(base + QStringLiteral(".mov"));
-        if (movie.open(QIODevice::WriteOnly)) movie.write(QByteArray(4096, '\0'));
-        QFile document(base + QStringLiteral(".json"));
-        if (document.open(QIODevice::WriteOnly)) document.write("{}");
+        const QString source = seeds + QLatin1Char('/') + movies.at(index % movies.size());
+        const QString target =
+            folder + QLatin1Char('/') +
+            newest.addSecs(-index * 9 * 3600).toString(QStringLiteral("yyyy-MM-dd_HH-mm-ss")) +
+            source.mid(source.indexOf(QStringLiteral("_CLASSIC_")));
+        if (::link(qPrintable(source), qPrintable(target)) != 0 ||
+            ::link(qPrintable(source.chopped(3) + QStringLiteral("json")),
+                   qPrintable(target.chopped(3) + QStringLiteral("json"))) != 0) {
+            return false;
+        }
     }
+    return true;
+}
+
+// From the request to show the review window, handed to the running instance over its channel, until a
+// window of the review window's size is mapped (polled every few milliseconds through xdotool, which adds
+// up to about 10 ms); -1 when it did not show within 20 s.
+double reviewWindowShownMilliseconds() {
+    kestrum::LocalSocketSingleInstanceChannel launch;
+    QElapsedTimer elapsed;
+    elapsed.start();
+    if (launch.claim({}) != kestrum::SingleInstanceChannel::Outcome::forwarded) return -1;
+    while (elapsed.elapsed() < 20000) {
+        if (kestrum::test::visibleWindow(QStringLiteral("^Kestrum$")).width() >= 1050) {
+            return static_cast<double>(elapsed.elapsed());
+        }
+        QThread::msleep(2);
+    }
+    return -1;
 }
 
 }  // namespace
@@ -81,7 +118,10 @@ int main(int argc, char** argv) {
                {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--align"),
                 QStringLiteral("right"), QStringLiteral("--SetDockType"), QStringLiteral("true")});
     QThread::msleep(1000);
-    fillRecordingsFolder(home.path(), 1000);
+    if (!fillRecordingsFolder(home.path(), 1000)) {
+        std::fprintf(stderr, "could not make the 1,000 recordings\n");
+        return 1;
+    }
     std::vector<std::unique_ptr<QProcess>> others;
     for (int index = 0; index < 300; ++index) {
         others.push_back(std::make_unique<QProcess>());
@@ -126,8 +166,27 @@ int main(int argc, char** argv) {
            "percent_of_one_core");
     figure("idle_tray_resident_memory", residentMegabytes(kestrum.processId()), "MB");
 
+    // The running instance's channel lives in its runtime folder, which this process now shares.
+    qputenv("XDG_RUNTIME_DIR", home.path().toLocal8Bit());
+    figure("review_window_first_open_1000_recordings", reviewWindowShownMilliseconds(), "ms");
+    QThread::msleep(3000);
+    // openbox closes the focused window on Alt+F4, as a user would; the review window hides and is kept.
+    kestrum::test::xdotool({QStringLiteral("key"), QStringLiteral("alt+F4")});
+    QThread::msleep(1500);
+    if (kestrum::test::visibleWindow(QStringLiteral("^Kestrum$")).width() >= 1050) {
+        std::fprintf(stderr, "the review window did not close\n");
+    } else {
+        figure("review_window_open_again", reviewWindowShownMilliseconds(), "ms");
+    }
+    figure("review_window_resident_memory", residentMegabytes(kestrum.processId()), "MB");
+
     kestrum.terminate();
-    kestrum.waitForFinished(20000);
+    if (!kestrum.waitForFinished(20000)) {
+        std::fprintf(stderr, "kestrum did not quit within 20 s of SIGTERM:\n%s\n",
+                     (output + kestrum.readAllStandardOutput()).constData());
+        kestrum.kill();
+        kestrum.waitForFinished(5000);
+    }
     tray.terminate();
     tray.waitForFinished(5000);
     for (auto& other : others) other->kill();
