@@ -88,4 +88,8 @@ QString favoriteTitle(bool isFavorite) {
     return isFavorite ? QStringLiteral("Remove from Favorites") : QStringLiteral("Add to Favorites");
 }
 
+QString deletionActionTitle(bool isPending) {
+    return isPending ? QStringLiteral("Undo Move to Trash") : QStringLiteral("Move to Trash");
+}
+
 }  // namespace kestrum::MatchCardPresentation

@@ -52,6 +52,9 @@ QString accessibilityLabel(const MatchVideo& match);
 
 // The hover star's help and the context menu's first entry.
 QString favoriteTitle(bool isFavorite);
+// The name of the card's trailing action for assistive technology: the deletion, or its undo while the
+// deletion is pending.
+QString deletionActionTitle(bool isPending);
 
 }  // namespace MatchCardPresentation
 
