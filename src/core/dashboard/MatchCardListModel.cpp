@@ -132,7 +132,7 @@ QVariant MatchCardListModel::cardValue(const Row& row, int role) const {
         case sectionRole:
             return row.section;
         case titleRole:
-            return QString::fromStdString(displayTitle(match));
+            return MatchCardPresentation::cardTitle(QString::fromStdString(displayTitle(match)));
         case mapArtNameRole:
             return text(card::mapArt(match).artName);
         case mapLabelRole:

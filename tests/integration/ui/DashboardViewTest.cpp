@@ -146,6 +146,19 @@ TEST_F(DashboardViewTest, AMovieThatCannotBeOpenedShowsItsMessageInPlaceOfThePla
     EXPECT_TRUE(cardValue(kOlder, "isDamaged").toBool());
 }
 
+// A right click on a card opens its menu where the pointer is.
+TEST_F(DashboardViewTest, ARightClickOnACardOpensItsMenu) {
+    QQuickItem* view = showLibrary({kNewest, kOlder});
+    ASSERT_TRUE(view) << harness.errors().toStdString();
+    const QPointF point = QmlViewHarness::centreOf(*card(kOlder));
+    QTest::mouseClick(&harness.window(), Qt::RightButton, Qt::NoModifier, point.toPoint());
+    // The menu is a pop-up: an object of the view's tree, drawn in the window's overlay.
+    auto* menu = view->findChild<QObject*>(QStringLiteral("cardContextMenu"));
+    ASSERT_NE(menu, nullptr);
+    EXPECT_TRUE(waitUntil([&] { return menu->property("opened").toBool(); }, 2000)) << "no menu";
+    EXPECT_EQ(dashboard.library.selectedMatch(), kNewest) << "a right click selects nothing";
+}
+
 // Assistive technology reaches the swipe's actions through the card's accessible interfaces, as a screen
 // reader would: the named buttons inside the card, and the card's own Toggle.
 TEST_F(DashboardViewTest, TheSwipeActionsAreAccessibleActionsOfTheCard) {
