@@ -8,6 +8,7 @@
 //   figure player_rss_3_prepared_1_playing_mb  resident memory with three prepared players and one playing
 // Each time is the median of several runs, fresh players each time.
 #include "ClockStripe.h"
+#include "EventLoopWaits.h"
 #include "StripeMovies.h"
 #include "media/mpv/MpvVideoPlayerFactory.h"
 #include "media/mpv/MpvVideoPlayerItem.h"
@@ -44,22 +45,10 @@ void figure(const char* name, double value, const char* unit) {
 }
 
 bool waitFor(const std::function<bool()>& predicate, int timeoutMs = kTimeoutMs) {
-    QEventLoop loop;
-    QTimer check;
-    QObject::connect(&check, &QTimer::timeout, &loop, [&] {
-        if (predicate()) loop.quit();
-    });
-    check.start(1);
-    QTimer::singleShot(timeoutMs, &loop, &QEventLoop::quit);
-    if (!predicate()) loop.exec();
-    return predicate();
+    return bench::waitFor(predicate, timeoutMs);
 }
 
-void runEventLoopFor(int milliseconds) {
-    QEventLoop loop;
-    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
-    loop.exec();
-}
+using bench::runEventLoopFor;
 
 double residentMegabytes() {
     QFile status(QStringLiteral("/proc/self/status"));

@@ -7,8 +7,8 @@
 //   figure ui_dashboard_scroll_frame_p95_ms    the 95th percentile of those intervals
 //   figure ui_dashboard_rss_1000_cards_mb      resident memory once the window has drawn, one recording
 //                                              selected (its player a fake: no movie decodes here)
-// The selection's time to a first movie frame is measured by kestrum-bench-player on the mpv player
-// itself. Asserts nothing.
+// The selection's time to a first movie frame is measured with the mpv players by
+// kestrum-bench-dashboard-selection. Asserts nothing.
 #include "MadeUpLibrary.h"
 #include "base/async/SystemClock.h"
 #include "core/dashboard/DashboardController.h"

@@ -57,6 +57,8 @@ const std::map<QString, ValueReader>& valueReaders() {
          [](Options& options, const QString& value) { return readRow(options.pendingRow, value); }},
         {QStringLiteral("--hover"),
          [](Options& options, const QString& value) { return readRow(options.hoverRow, value); }},
+        {QStringLiteral("--context-menu"),
+         [](Options& options, const QString& value) { return readRow(options.contextMenuRow, value); }},
         {QStringLiteral("--at"),
          [](Options& options, const QString& value) {
              bool ok = false;
@@ -82,6 +84,10 @@ std::variant<DashboardLaunchOptions, QString> DashboardLaunchOptions::parse(cons
             options.pinsScoreboard = true;
         } else if (argument == QLatin1String("--open-filters")) {
             options.opensFilters = true;
+        } else if (argument == QLatin1String("--speed-menu")) {
+            options.opensSpeedMenu = true;
+        } else if (argument == QLatin1String("--guide")) {
+            options.opensGuide = true;
         } else if (const auto reader = valueReaders().find(argument); reader != valueReaders().end()) {
             if (index + 1 >= arguments.size()) return QStringLiteral("%1 needs a value").arg(argument);
             if (QString error = reader->second(options, arguments.at(++index)); !error.isEmpty())
@@ -89,7 +95,8 @@ std::variant<DashboardLaunchOptions, QString> DashboardLaunchOptions::parse(cons
         }
     }
     const bool asksForWindow = options.screenshotPath || options.selectRow || options.pendingRow ||
-                               options.hoverRow || options.opensFilters || options.pinsScoreboard;
+                               options.hoverRow || options.opensFilters || options.pinsScoreboard ||
+                               options.contextMenuRow || options.opensSpeedMenu || options.opensGuide;
     if (asksForWindow && !options.opensDashboard)
         return QStringLiteral("the window's options need --dashboard");
     return options;

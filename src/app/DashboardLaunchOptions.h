@@ -13,9 +13,10 @@ namespace kestrum {
 // What `kestrum --dashboard` is asked to show, from its command line:
 //   kestrum --dashboard [--screenshot FILE] [--size WxH] [--appearance light|dark] [--art-host URL]
 //                       [--select ROW] [--at SECONDS] [--pin-scoreboard] [--pending ROW] [--hover ROW]
-//                       [--open-filters]
+//                       [--open-filters] [--context-menu ROW] [--speed-menu] [--guide]
 // Without --dashboard the program runs as the recorder alone. The options after it set the window up
-// the way a person would (a click on a card, O, a swipe, the pointer over a card, the filters' button),
+// the way a person would (a click on a card, O, a swipe, the pointer over a card, the filters' button, a
+// right click on a card, the speed button, the guide's button),
 // so that a screenshot of any state can be taken again.
 struct DashboardLaunchOptions {
     bool opensDashboard = false;
@@ -32,6 +33,9 @@ struct DashboardLaunchOptions {
     std::optional<int> pendingRow;
     std::optional<int> hoverRow;
     bool opensFilters = false;
+    std::optional<int> contextMenuRow;
+    bool opensSpeedMenu = false;
+    bool opensGuide = false;
 
     // The options of `arguments` (the program's name first; unknown arguments are the recorder's and are
     // left alone), or the text of the first mistake.

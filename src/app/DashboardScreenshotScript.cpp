@@ -50,23 +50,44 @@ void DashboardScreenshotScript::afterLoad() {
     if (options_.atSeconds) controller.surface()->seek(*options_.atSeconds);
     if (options_.pinsScoreboard) controller.setScoreboardPinned(true);
     if (options_.hoverRow) hoverCard(*options_.hoverRow);
+    if (options_.contextMenuRow) clickCard(*options_.contextMenuRow, Qt::RightButton);
+    if (options_.opensSpeedMenu) controller.timeline()->setPlaybackRatePresented(true);
+    if (options_.opensGuide) controller.setGuidePresented(true);
     sinceSteps_.start();
     if (options_.screenshotPath) takeScreenshot();
 }
 
-void DashboardScreenshotScript::hoverCard(int row) {
+std::optional<QPointF> DashboardScreenshotScript::cardCentre(int row) const {
     const QVariant path = window_.controller().sidebar()->cards()->value(row, QStringLiteral("moviePath"));
     auto* list = window_.view().rootObject()->findChild<QQuickItem*>(QStringLiteral("matchCardList"));
-    if (!list || !path.isValid()) return;
+    if (!list || !path.isValid()) return std::nullopt;
     const QString name = QStringLiteral("matchCard:") + path.toString();
     for (QQuickItem* card : list->property("contentItem").value<QQuickItem*>()->childItems()) {
         if (card->objectName() != name) continue;
-        const QPointF centre = card->mapToScene(QPointF(card->width() / 2, card->height() / 2));
-        QMouseEvent move(QEvent::MouseMove, centre, window_.view().mapToGlobal(centre), Qt::NoButton,
-                         Qt::NoButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(&window_.view(), &move);
-        return;
+        // The card's body lies under its session header, when it has one.
+        const qreal headerHeight = card->property("headerHeight").toReal();
+        return card->mapToScene(
+            QPointF(card->width() / 2, headerHeight + (card->height() - headerHeight) / 2));
     }
+    return std::nullopt;
+}
+
+void DashboardScreenshotScript::hoverCard(int row) {
+    const std::optional<QPointF> centre = cardCentre(row);
+    if (!centre) return;
+    QMouseEvent move(QEvent::MouseMove, *centre, window_.view().mapToGlobal(*centre), Qt::NoButton,
+                     Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window_.view(), &move);
+}
+
+void DashboardScreenshotScript::clickCard(int row, Qt::MouseButton button) {
+    const std::optional<QPointF> centre = cardCentre(row);
+    if (!centre) return;
+    const QPointF global = window_.view().mapToGlobal(*centre);
+    QMouseEvent press(QEvent::MouseButtonPress, *centre, global, button, button, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window_.view(), &press);
+    QMouseEvent release(QEvent::MouseButtonRelease, *centre, global, button, Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window_.view(), &release);
 }
 
 bool DashboardScreenshotScript::isSettled() const {

@@ -4,14 +4,18 @@
 
 #include <QElapsedTimer>
 #include <QObject>
+#include <QPointF>
 #include <QTimer>
+
+#include <optional>
 
 namespace kestrum {
 
 class DashboardWindow;
 
 // Sets the shown review window up as the launch options ask, the way a person would (a click on a card,
-// O, a swipe's action, the pointer over a card, the filters' button), and with --screenshot writes a PNG
+// O, a swipe's action, the pointer over a card, the filters' button, a right click on a card, the speed
+// button, the guide's button), and with --screenshot writes a PNG
 // of it once the movie has loaded and the game art has arrived, then quits the program (status 0, or 1
 // when the picture could not be written).
 //
@@ -37,7 +41,10 @@ class DashboardScreenshotScript final : public QObject {
     void waitForLibrary();
     void runSteps();
     void afterLoad();
+    // The centre of the body of the card at `row` in the window's scene; absent when it is not drawn.
+    std::optional<QPointF> cardCentre(int row) const;
     void hoverCard(int row);
+    void clickCard(int row, Qt::MouseButton button);
     void takeScreenshot();
     bool isSettled() const;
 

@@ -32,8 +32,7 @@ DashboardWindow::DashboardWindow(RecordingFolderStore& folders, QObject* parent)
         folders.folderPath());
     controller_->followFolderStore(folders);
     tabKeyFilter_ = std::make_unique<ui::DashboardTabKeyFilter>(*controller_);
-    connect(controller_.get(), &DashboardController::thumbnailChanged, this,
-            [this] { thumbnails_->setThumbnail(controller_->recordingThumbnail()); });
+    thumbnails_->follow(*controller_);
     controller_->surface()->setDoubleClickIntervalMs(
         QGuiApplication::styleHints()->mouseDoubleClickInterval());
     connect(controller_->surface(), &VideoPlayerSurfaceModel::doubleClicked, this,

@@ -1,5 +1,6 @@
 #include "core/dashboard/DashboardController.h"
 
+#include "core/dashboard/DashboardGuide.h"
 #include "core/dashboard/DashboardTexts.h"
 #include "core/notifications/RecordingNotifications.h"
 #include "core/recording/RecordingFolderStore.h"
@@ -138,7 +139,14 @@ void DashboardController::wireSelection() {
             [this] { setAcceptsPlaybackKeys(true); });
     connect(selection_, &DashboardSelection::movieStateChanged, this,
             &DashboardController::movieStateChanged);
-    connect(selection_, &DashboardSelection::thumbnailChanged, this, &DashboardController::thumbnailChanged);
+    // The picture goes out before the notification: QML re-evaluates its bindings on the notification
+    // ahead of any connected slot, and then asks the image provider for the new id at once.
+    connect(selection_, &DashboardSelection::thumbnailChanged, this, [this] {
+        emit thumbnailPublished(thumbnailID(), recordingThumbnail());
+        emit thumbnailChanged();
+    });
+    connect(selection_, &DashboardSelection::preparedPlayersChanged, this,
+            &DashboardController::preparedPlayersChanged);
     connect(selection_, &DashboardSelection::recordingDamaged, this,
             [this](const QString& path) { sidebar_->cards()->refreshCard(path); });
 }
@@ -178,11 +186,31 @@ QString DashboardController::damagedTitle() const {
 }
 
 QString DashboardController::damagedMessage() const {
-    return DashboardTexts::kDamagedMessage;
+    return DashboardTexts::damagedMessage(selection_->hasRecordingDetail());
 }
 
 QString DashboardController::damagedSymbol() const {
     return DashboardTexts::kDamagedSymbol;
+}
+
+QVariantList DashboardController::preparedPlayerObjects() const {
+    QVariantList objects;
+    for (const std::shared_ptr<VideoPlayer>& player : selection_->preparedPlayers().players()) {
+        if (auto* object = dynamic_cast<QObject*>(player.get())) objects.append(QVariant::fromValue(object));
+    }
+    return objects;
+}
+
+QString DashboardController::guideTitle() const {
+    return DashboardGuide::kTitle;
+}
+
+QString DashboardController::guideDoneTitle() const {
+    return DashboardGuide::kDone;
+}
+
+QVariantList DashboardController::guideSections() const {
+    return DashboardGuide::sectionsForView();
 }
 
 QString DashboardController::thumbnailID() const {

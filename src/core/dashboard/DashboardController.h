@@ -24,6 +24,7 @@
 #include <QImage>
 #include <QObject>
 #include <QString>
+#include <QVariantList>
 
 #include <memory>
 #include <optional>
@@ -67,11 +68,13 @@ class DashboardController : public QObject {
     Q_PROPERTY(QString noSelectionMessage READ noSelectionMessage CONSTANT)
     Q_PROPERTY(QString loadingText READ loadingText CONSTANT)
     Q_PROPERTY(QString damagedTitle READ damagedTitle CONSTANT)
-    Q_PROPERTY(QString damagedMessage READ damagedMessage CONSTANT)
+    Q_PROPERTY(QString damagedMessage READ damagedMessage NOTIFY movieStateChanged)
+    Q_PROPERTY(bool showsTimeline READ showsTimeline NOTIFY movieStateChanged)
     Q_PROPERTY(QString damagedSymbol READ damagedSymbol CONSTANT)
     Q_PROPERTY(bool hasThumbnail READ hasThumbnail NOTIFY thumbnailChanged)
     Q_PROPERTY(QImage recordingThumbnail READ recordingThumbnail NOTIFY thumbnailChanged)
     Q_PROPERTY(QString thumbnailID READ thumbnailID NOTIFY thumbnailChanged)
+    Q_PROPERTY(QVariantList preparedPlayerObjects READ preparedPlayerObjects NOTIFY preparedPlayersChanged)
 
     Q_PROPERTY(
         bool isScoreboardPinned READ isScoreboardPinned WRITE setScoreboardPinned NOTIFY scoreboardChanged)
@@ -84,6 +87,9 @@ class DashboardController : public QObject {
                    acceptsPlaybackKeysChanged)
     Q_PROPERTY(
         bool isGuidePresented READ isGuidePresented WRITE setGuidePresented NOTIFY guidePresentedChanged)
+    Q_PROPERTY(QString guideTitle READ guideTitle CONSTANT)
+    Q_PROPERTY(QString guideDoneTitle READ guideDoneTitle CONSTANT)
+    Q_PROPERTY(QVariantList guideSections READ guideSections CONSTANT)
 
     Q_PROPERTY(bool isFileActionAlertPresented READ isFileActionAlertPresented NOTIFY fileActionErrorChanged)
     Q_PROPERTY(QString fileActionAlertTitle READ fileActionAlertTitle CONSTANT)
@@ -128,6 +134,11 @@ class DashboardController : public QObject {
     QString movieStateName() const;
     bool showsLoadingOverlay() const { return movieState() == DashboardMovieState::loading; }
     bool showsDamagedMessage() const { return movieState() == DashboardMovieState::damaged; }
+    // The timeline strip: under a movie being shown, and under a damaged movie's message once the
+    // recording's document gave its events.
+    bool showsTimeline() const {
+        return hasSelection() && (!showsDamagedMessage() || selection_->hasRecordingDetail());
+    }
     QString noSelectionTitle() const;
     QString noSelectionSymbol() const;
     QString noSelectionMessage() const;
@@ -138,6 +149,9 @@ class DashboardController : public QObject {
     bool hasThumbnail() const { return selection_->recordingThumbnail().has_value(); }
     QImage recordingThumbnail() const { return selection_->recordingThumbnail().value_or(QImage()); }
     QString thumbnailID() const;
+    // The prepared players as objects, for the item that keeps their pictures decoded (see
+    // currentPlayer for the one on show).
+    QVariantList preparedPlayerObjects() const;
 
     bool isScoreboardPinned() const { return isScoreboardPinned_; }
     void setScoreboardPinned(bool pinned);
@@ -153,6 +167,10 @@ class DashboardController : public QObject {
     void setAcceptsPlaybackKeys(bool accepts);
     bool isGuidePresented() const { return isGuidePresented_; }
     void setGuidePresented(bool presented);
+    QString guideTitle() const;
+    QString guideDoneTitle() const;
+    // The guide's sections, made from the key map (see DashboardGuide).
+    QVariantList guideSections() const;
 
     bool isFileActionAlertPresented() const { return fileActionError_.has_value(); }
     QString fileActionAlertTitle() const;
@@ -186,7 +204,11 @@ class DashboardController : public QObject {
 
   signals:
     void movieStateChanged();
+    // Just before thumbnailChanged: the new thumbnail under the id QML will ask for (both empty when
+    // there is none), for an image provider to hold before any binding reads thumbnailID.
+    void thumbnailPublished(const QString& id, const QImage& image);
     void thumbnailChanged();
+    void preparedPlayersChanged();
     void scoreboardChanged();
     void acceptsPlaybackKeysChanged();
     void guidePresentedChanged();

@@ -41,6 +41,7 @@ void DashboardController::perform(DashboardKeyAction action) {
         case Action::refreshLibrary:
             return refreshLibrary();
         case Action::exitCommand:
+            setGuidePresented(false);
             return setScoreboard(false, false);
         case Action::deleteCommand:
             return sidebar_->deleteCommand();

@@ -4,6 +4,7 @@
 #include <Qt>
 
 #include <cstdint>
+#include <span>
 
 namespace kestrum {
 
@@ -41,7 +42,7 @@ enum class DashboardKeyAction : std::uint8_t {
     speedUp,              // =
     toggleScoreboardPin,  // O
     refreshLibrary,       // Control-R
-    exitCommand,          // Escape: the scoreboard closes
+    exitCommand,          // Escape: the scoreboard and the guide close
     deleteCommand,        // Delete on the sidebar: skip(-10), deleting nothing
     moveSelectionUp,      // Up on the sidebar
     moveSelectionDown,    // Down on the sidebar
@@ -55,6 +56,29 @@ struct DashboardKeyDecision {
 
     friend bool operator==(const DashboardKeyDecision&, const DashboardKeyDecision&) = default;
 };
+
+// Where a binding of the key map applies.
+enum class DashboardKeyScope : std::uint8_t {
+    window,    // from either focus
+    sidebar,   // only while the list of cards has the focus (before the playback keys)
+    playback,  // from either focus, once no sidebar binding took the key
+};
+
+// One row of the key map: the single source of the keys, read both by the key handling and by the
+// guide. A row matches on `key` (a Qt::Key) when it is not 0, else on `typed`, the character the key
+// types (lower-cased).
+struct DashboardKeyBinding {
+    DashboardKeyScope scope;
+    int key;
+    char typed;
+    // Control and nothing else must be held (Control-R); otherwise Control, Alt and Super must not be.
+    bool withControl;
+    DashboardKeyAction action;
+    const char* keyLabel;  // as the guide names the key: "Space", "P", "←"
+};
+
+// Every binding, in the order they are tried (and the guide lists them).
+std::span<const DashboardKeyBinding> dashboardKeyBindings();
 
 // The review window's key map. Keys act on the way down, auto-repeats included (holding Right keeps
 // skipping); releases are never handled. Control-R (Ctrl and nothing else) refreshes the library, and

@@ -61,6 +61,13 @@ void DashboardPreparedPlayers::prune(const std::vector<MatchVideo>& displayed,
     }
 }
 
+std::vector<std::shared_ptr<VideoPlayer>> DashboardPreparedPlayers::players() const {
+    std::vector<std::shared_ptr<VideoPlayer>> all;
+    all.reserve(players_.size());
+    for (const auto& [key, player] : players_) all.push_back(player);
+    return all;
+}
+
 void DashboardPreparedPlayers::clear() {
     for (const auto& [key, player] : players_) release(*player);
     players_.clear();

@@ -43,6 +43,8 @@ class DashboardPreparedPlayers {
     void clear();
 
     std::size_t count() const { return players_.size(); }
+    // Every player kept, in no particular order.
+    std::vector<std::shared_ptr<VideoPlayer>> players() const;
     bool contains(const QString& key) const { return players_.count(key) > 0; }
 
   private:

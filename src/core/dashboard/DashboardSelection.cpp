@@ -6,9 +6,18 @@
 #include <QCoroFuture>
 
 #include <algorithm>
+#include <cmath>
+#include <cstddef>
 #include <utility>
 
 namespace kestrum {
+
+namespace {
+
+// Well under one frame at any frame rate we record: the player already shows the start's frame.
+constexpr double kSameFrameSeconds = 1.0 / 120;
+
+}  // namespace
 
 double recordingStartTime(const RecordingDetail& detail) {
     const auto start = std::find_if(detail.events.begin(), detail.events.end(),
@@ -71,6 +80,8 @@ void DashboardSelection::stop() {
     cancelJobs();
     if (VideoPlayer* player = c_.playback.player()) player->pause();
     preparedPlayers_.clear();
+    preparedStartSeconds_.clear();
+    emit preparedPlayersChanged();
 }
 
 void DashboardSelection::resume() {
@@ -119,6 +130,7 @@ void DashboardSelection::clearRecordingDetail() {
     c_.scoreboard.setRecording(nullptr);
     c_.playback.setRecordingShape(0, DashboardPlayback::kDefaultAspectRatio);
     c_.playback.setCurrentTime(0);
+    setHasRecordingDetail(false);
 }
 
 bool DashboardSelection::isCurrent(std::uint64_t generation, const CancellationToken& token,
@@ -158,6 +170,7 @@ Job<void> DashboardSelection::startPlayerJob(std::uint64_t generation, const Mat
             const bool yielded = co_await yielding;
             if (!yielded || token.isCancelled() || !isCurrent(generation, token, match)) co_return;
             DashboardPreparedPlayers::Prepared prepared = preparedPlayers_.playerFor(match.url);
+            if (prepared.isNew) emit preparedPlayersChanged();
             VideoPlayer& player = *prepared.player;
             player.setVolume(readPlaybackVolume(c_.defaults));
             player.setMuted(readPlaybackMuted(c_.defaults));
@@ -168,35 +181,93 @@ Job<void> DashboardSelection::startPlayerJob(std::uint64_t generation, const Mat
             adoptPlayer(prepared.player, match);
             if (detailLoadingTask_) detailLoadingTask_->cancel();
             clearRecordingDetail();
-            detailLoadingTask_ = startDetailJob(generation, match, autoplay, std::move(prepared.player));
+            detailLoadingTask_ =
+                startDetailJob(generation, match, autoplay, std::move(prepared.player), prepared.isNew);
         });
 }
 
 Job<void> DashboardSelection::startDetailJob(std::uint64_t generation, const MatchVideo& match, bool autoplay,
-                                             std::shared_ptr<VideoPlayer> player) {
-    return Job<void>::start(
-        [this, generation, match, autoplay, player](CancellationToken token) -> QCoro::Task<void> {
-            QFuture<std::shared_ptr<const RecordingDetail>> loading = loads_.detail(match);
-            const std::shared_ptr<const RecordingDetail> detail = co_await loading;
-            if (token.isCancelled() || !isCurrent(generation, token, match)) co_return;
-            // A detail that could not be loaded leaves the empty fields: the movie still plays from 0.
-            if (detail) applyDetail(detail, match);
-            const double start = detail ? recordingStartTime(*detail) : 0;
-            c_.playback.setCurrentTime(start);
-            player->pause();
+                                             std::shared_ptr<VideoPlayer> player, bool isNewPlayer) {
+    return Job<void>::start([this, generation, match, autoplay, player,
+                             isNewPlayer](CancellationToken token) -> QCoro::Task<void> {
+        QFuture<std::shared_ptr<const RecordingDetail>> loading = loads_.detail(match);
+        const std::shared_ptr<const RecordingDetail> detail = co_await loading;
+        if (token.isCancelled() || !isCurrent(generation, token, match)) co_return;
+        // A detail that could not be loaded leaves the empty fields: the movie still plays from 0.
+        if (detail) applyDetail(detail, match);
+        const double start = detail ? recordingStartTime(*detail) : 0;
+        c_.playback.setCurrentTime(start);
+        player->pause();
+        // A prepared player paused at the start shows its picture already: an exact seek would only
+        // decode it again from the key frame before.
+        const bool standsAtStart = !isNewPlayer && takePreparedStart(match.url) == start &&
+                                   std::abs(player->currentTime() - start) < kSameFrameSeconds;
+        if (!standsAtStart) {
             QCoro::Task<bool> seeking = seekAndWait(*player, start, VideoSeekTolerance::exact(), token);
             co_await seeking;
             if (token.isCancelled() || !isCurrent(generation, token, match)) co_return;
-            // A zero end would stop the movie at its start: a movie that could not be measured plays whole.
-            if (player->currentItemPath() && detail && detail->duration > 0) {
-                player->setForwardPlaybackEndTime(detail->duration);
-            }
-            if (autoplay && c_.playback.requestedIsPlaying()) {
-                player->playImmediatelyAtRate(c_.playback.playbackRate());
-            }
-            c_.playback.setLoadingRecording(false);
-            preparedPlayers_.prune(c_.library.visibleMatches(), c_.library.selectedMatch());
+        }
+        // A zero end would stop the movie at its start: a movie that could not be measured plays whole.
+        if (player->currentItemPath() && detail && detail->duration > 0) {
+            player->setForwardPlaybackEndTime(detail->duration);
+        }
+        if (autoplay && c_.playback.requestedIsPlaying()) {
+            player->playImmediatelyAtRate(c_.playback.playbackRate());
+        }
+        c_.playback.setLoadingRecording(false);
+        preparedPlayers_.prune(c_.library.visibleMatches(), c_.library.selectedMatch());
+        // A start kept for a player pruned away would vouch for the next player of that movie.
+        preparedStartSeconds_.removeIf([this](QHash<QString, double>::iterator entry) {
+            return !preparedPlayers_.contains(entry.key());
         });
+        prepareNeighbours();
+        emit preparedPlayersChanged();
+    });
+}
+
+void DashboardSelection::prepareNeighbours() {
+    std::erase_if(preparationJobs_, [](const Job<void>& job) { return job.isFinished(); });
+    const std::optional<MatchVideo>& selected = c_.library.selectedMatch();
+    if (!selected) return;
+    const std::vector<MatchVideo> displayed = c_.library.visibleMatches();
+    const auto position = std::find_if(displayed.begin(), displayed.end(),
+                                       [&](const MatchVideo& match) { return match.url == selected->url; });
+    if (position == displayed.end()) return;
+    const std::ptrdiff_t index = position - displayed.begin();
+    const auto count = static_cast<std::ptrdiff_t>(displayed.size());
+    for (const std::ptrdiff_t neighbour : {index - 1, index + 1}) {
+        if (neighbour < 0 || neighbour >= count) continue;
+        const MatchVideo& match = displayed[static_cast<std::size_t>(neighbour)];
+        if (damagedMoviePaths_.contains(match.url)) continue;
+        // Already paused at its start by an earlier preparation.
+        if (preparedStartSeconds_.contains(preparedPlayerKey(match.url))) continue;
+        DashboardPreparedPlayers::Prepared prepared = preparedPlayers_.playerFor(match.url);
+        // A movie that cannot be opened says so when it is selected.
+        if (!prepared.player->currentItemPath()) continue;
+        preparationJobs_.push_back(startPreparationJob(match, std::move(prepared.player)));
+    }
+}
+
+Job<void> DashboardSelection::startPreparationJob(const MatchVideo& match,
+                                                  std::shared_ptr<VideoPlayer> player) {
+    return Job<void>::start([this, match, player](CancellationToken token) -> QCoro::Task<void> {
+        QFuture<std::shared_ptr<const RecordingDetail>> loading = loads_.detail(match);
+        const std::shared_ptr<const RecordingDetail> detail = co_await loading;
+        if (token.isCancelled()) co_return;
+        player->pause();
+        const double start = detail ? recordingStartTime(*detail) : 0;
+        QCoro::Task<bool> seeking = seekAndWait(*player, start, VideoSeekTolerance::exact(), token);
+        const bool landed = co_await seeking;
+        if (landed && !token.isCancelled()) preparedStartSeconds_.insert(preparedPlayerKey(match.url), start);
+    });
+}
+
+std::optional<double> DashboardSelection::takePreparedStart(const QString& moviePath) {
+    const auto found = preparedStartSeconds_.constFind(preparedPlayerKey(moviePath));
+    if (found == preparedStartSeconds_.constEnd()) return std::nullopt;
+    const double start = found.value();
+    preparedStartSeconds_.erase(found);
+    return start;
 }
 
 void DashboardSelection::adoptPlayer(const std::shared_ptr<VideoPlayer>& player, const MatchVideo& match) {
@@ -212,15 +283,24 @@ void DashboardSelection::applyDetail(const std::shared_ptr<const RecordingDetail
     c_.playback.setRecordingShape(detail->duration, detail->aspectRatio);
     c_.timeline.setRecording(detail);
     c_.scoreboard.setRecording(detail);
+    setHasRecordingDetail(true);
     c_.scoreboard.setLocalPlayer(
         {match.championAssetName ? match.championAssetName : match.champion, match.role});
 }
 
 void DashboardSelection::setThumbnail(std::optional<QImage> image) {
+    // A picture that failed to decode is no thumbnail: the overlay then shows the text alone.
+    if (image && image->isNull()) image.reset();
     if (!image && !recordingThumbnail_) return;
     recordingThumbnail_ = std::move(image);
     ++thumbnailSerial_;
     emit thumbnailChanged();
+}
+
+void DashboardSelection::setHasRecordingDetail(bool has) {
+    if (has == hasRecordingDetail_) return;
+    hasRecordingDetail_ = has;
+    emit movieStateChanged();
 }
 
 void DashboardSelection::setVideoReady(bool ready) {
@@ -244,6 +324,8 @@ void DashboardSelection::cancelJobs() {
     if (detailLoadingTask_) detailLoadingTask_->cancel();
     playerSetupTask_.reset();
     detailLoadingTask_.reset();
+    for (const Job<void>& job : preparationJobs_) job.cancel();
+    preparationJobs_.clear();
 }
 
 }  // namespace kestrum

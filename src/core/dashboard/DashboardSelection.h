@@ -9,6 +9,7 @@
 #include "core/review/RecordingScoreboardModel.h"
 #include "core/settings/UserDefaults.h"
 
+#include <QHash>
 #include <QImage>
 #include <QObject>
 #include <QSet>
@@ -36,6 +37,10 @@ enum class DashboardMovieState : std::uint8_t {
 // loads the recording's detail, hands it to the timeline and the scoreboard, seeks exactly to one second
 // before "GameStart" (0 without one), starts playing if the selection asked for it and the user still
 // wants it, ends the loading, and prunes the prepared players to the selection and its neighbours.
+// It then prepares the neighbours that have no player yet: a player made, the neighbour's detail loaded,
+// and the player paused exactly at the neighbour's start time, so that selecting it shows that picture
+// at once (the view keeps a prepared player's picture decoded). Selected, a player whose preparation
+// finished and that still stands at the start time is not sought again.
 //
 // The race rule: a job may touch state only if it is not cancelled, the generation it captured is still
 // `selectionGeneration`, and the library still has its recording selected (by movie path). The test is
@@ -77,6 +82,9 @@ class DashboardSelection : public QObject {
     bool isVideoReady() const { return isVideoReady_; }
     // Recordings whose movie could not be opened in this window.
     bool isDamaged(const QString& moviePath) const { return damagedMoviePaths_.contains(moviePath); }
+    // Whether the selection's document was read and handed to the timeline and the scoreboard; changes
+    // with movieStateChanged.
+    bool hasRecordingDetail() const { return hasRecordingDetail_; }
 
     DashboardPreparedPlayers& preparedPlayers() { return preparedPlayers_; }
 
@@ -93,6 +101,8 @@ class DashboardSelection : public QObject {
     // Keyboard focus belongs to the playback surface now.
     void playbackFocusRequested();
     void recordingDamaged(const QString& moviePath);
+    // A player was made, pruned or cleared among the prepared ones.
+    void preparedPlayersChanged();
 
   private:
     class PlayerWatch;
@@ -105,11 +115,16 @@ class DashboardSelection : public QObject {
     void startFocusJob();
     Job<void> startPlayerJob(std::uint64_t generation, const MatchVideo& match, bool autoplay);
     Job<void> startDetailJob(std::uint64_t generation, const MatchVideo& match, bool autoplay,
-                             std::shared_ptr<VideoPlayer> player);
+                             std::shared_ptr<VideoPlayer> player, bool isNewPlayer);
+    void prepareNeighbours();
+    Job<void> startPreparationJob(const MatchVideo& match, std::shared_ptr<VideoPlayer> player);
+    // The start a finished preparation left the movie's player paused at, forgotten once asked.
+    std::optional<double> takePreparedStart(const QString& moviePath);
     void adoptPlayer(const std::shared_ptr<VideoPlayer>& player, const MatchVideo& match);
     void applyDetail(const std::shared_ptr<const RecordingDetail>& detail, const MatchVideo& match);
     void setThumbnail(std::optional<QImage> image);
     void setVideoReady(bool ready);
+    void setHasRecordingDetail(bool has);
     void markDamaged(const QString& moviePath);
     void cancelJobs();
 
@@ -124,9 +139,14 @@ class DashboardSelection : public QObject {
     quint64 thumbnailSerial_ = 0;
     bool isVideoReady_ = false;
     bool isMovieDamaged_ = false;
+    bool hasRecordingDetail_ = false;
     QSet<QString> damagedMoviePaths_;
     std::optional<Job<void>> playerSetupTask_;
     std::optional<Job<void>> detailLoadingTask_;
+    // The neighbours' preparations; cancelled with the selection's jobs.
+    std::vector<Job<void>> preparationJobs_;
+    // The start each finished preparation sought its player to, by prepared player key.
+    QHash<QString, double> preparedStartSeconds_;
     // The thumbnail and focus jobs: kept only to be cancelled when this goes.
     std::vector<Job<void>> untrackedJobs_;
 };

@@ -42,6 +42,14 @@ PlaybackFeedback riotIdCopied() {
     return {QStringLiteral("Riot ID copied"), QStringLiteral("checkmark.circle.fill")};
 }
 
+QString damagedMessage(bool showsDocument) {
+    const QString cannotOpen =
+        QStringLiteral("The movie file could not be opened. It may be damaged or incomplete.");
+    if (!showsDocument) return cannotOpen;
+    return cannotOpen +
+           QStringLiteral(" Its events are on the timeline below; hold Tab or press O for the scoreboard.");
+}
+
 QString trashFailure(const QStringList& lines) {
     return QStringLiteral("Some recordings could not be moved to Trash:\n\n") + lines.join(QLatin1Char('\n'));
 }

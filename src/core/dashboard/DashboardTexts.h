@@ -33,9 +33,9 @@ inline const QString kNoSelectionMessage =
 inline const QString kLoadingVideo = QStringLiteral("Loading Video...");
 // In place of the player when the movie cannot be opened, and on its card.
 inline const QString kDamagedTitle = QStringLiteral("This Recording Can’t Be Played");
-inline const QString kDamagedMessage = QStringLiteral(
-    "The movie file could not be opened. It may be damaged or incomplete; its events and "
-    "scoreboard are still shown.");
+// The message says the events and scoreboard are shown only when the recording's document was read and
+// they are.
+QString damagedMessage(bool showsDocument);
 inline const QString kDamagedSymbol = QStringLiteral("exclamationmark.triangle");
 inline const QString kDamagedCardText = QStringLiteral("Movie can’t be opened");
 

@@ -22,6 +22,7 @@ const QList<int> kSwipeRoles = {
 
 const QList<int> kFavoriteRoles = {MatchCardListModel::isFavoriteRole, MatchCardListModel::favoriteHelpRole,
                                    MatchCardListModel::leadingSymbolRole,
+                                   MatchCardListModel::leadingActionNameRole,
                                    MatchCardListModel::contextMenuRole};
 
 QString text(const std::optional<QString>& value) {
@@ -131,7 +132,7 @@ QVariant MatchCardListModel::cardValue(const Row& row, int role) const {
         case sectionRole:
             return row.section;
         case titleRole:
-            return QString::fromStdString(displayTitle(match));
+            return MatchCardPresentation::cardTitle(QString::fromStdString(displayTitle(match)));
         case mapArtNameRole:
             return text(card::mapArt(match).artName);
         case mapLabelRole:
@@ -172,9 +173,9 @@ QVariant MatchCardListModel::cardValue(const Row& row, int role) const {
             return deletions_.isPending(match.url) ? QStringLiteral("arrow.uturn.backward")
                                                    : QStringLiteral("trash.fill");
         case leadingActionNameRole:
-            return QStringLiteral("Leading swipe action");
+            return MatchCardPresentation::favoriteTitle(isFavorite);
         case trailingActionNameRole:
-            return QStringLiteral("Trailing swipe action");
+            return MatchCardPresentation::deletionActionTitle(deletions_.isPending(match.url));
         case contextMenuRole:
             return dashboardContextMenuValues(isFavorite);
         default:

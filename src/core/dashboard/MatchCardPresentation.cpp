@@ -88,4 +88,15 @@ QString favoriteTitle(bool isFavorite) {
     return isFavorite ? QStringLiteral("Remove from Favorites") : QStringLiteral("Add to Favorites");
 }
 
+QString cardTitle(const QString& title) {
+    const QString separator = QStringLiteral(" · ");
+    QStringList parts = title.split(separator);
+    for (QString& part : parts) part.replace(QLatin1Char(' '), QChar(0x00A0));
+    return parts.join(separator);
+}
+
+QString deletionActionTitle(bool isPending) {
+    return isPending ? QStringLiteral("Undo Move to Trash") : QStringLiteral("Move to Trash");
+}
+
 }  // namespace kestrum::MatchCardPresentation

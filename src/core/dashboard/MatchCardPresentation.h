@@ -52,6 +52,13 @@ QString accessibilityLabel(const MatchVideo& match);
 
 // The hover star's help and the context menu's first entry.
 QString favoriteTitle(bool isFavorite);
+// The card's title as drawn: the spaces inside each " · " part made unbreakable, so that a title too
+// long for one line breaks between its parts ("Ranked Solo/Duo ·" / "Lee Sin · Jungle"), never inside a
+// champion's or a queue's name.
+QString cardTitle(const QString& title);
+// The name of the card's trailing action for assistive technology: the deletion, or its undo while the
+// deletion is pending.
+QString deletionActionTitle(bool isPending);
 
 }  // namespace MatchCardPresentation
 

@@ -65,6 +65,22 @@ bool MpvRenderContext::render(unsigned framebufferID, QSize size) {
     const bool newPicture = (updates & MPV_RENDER_UPDATE_FRAME) != 0 && known &&
                             (next.flags & MPV_RENDER_FRAME_INFO_PRESENT) != 0 &&
                             (next.flags & MPV_RENDER_FRAME_INFO_REDRAW) == 0;
+    hasPicture_ = hasPicture_ || newPicture;
+    draw(framebufferID, size);
+    return newPicture;
+}
+
+bool MpvRenderContext::renderIfDue(unsigned framebufferID, QSize size) {
+    if ((mpv_render_context_update(context_) & MPV_RENDER_UPDATE_FRAME) == 0) return false;
+    mpv_render_frame_info next{};
+    const bool known = mpv_render_context_get_info(context_, {MPV_RENDER_PARAM_NEXT_FRAME_INFO, &next}) >= 0;
+    const bool newPicture = known && (next.flags & MPV_RENDER_FRAME_INFO_PRESENT) != 0;
+    hasPicture_ = hasPicture_ || newPicture;
+    draw(framebufferID, size);
+    return newPicture;
+}
+
+void MpvRenderContext::draw(unsigned framebufferID, QSize size) {
     mpv_opengl_fbo target{static_cast<int>(framebufferID), size.width(), size.height(), 0};
     // Unflipped: OpenGL's bottom-up rows, as the scene graph samples a framebuffer object's texture.
     int flipY = 0;
@@ -74,7 +90,6 @@ bool MpvRenderContext::render(unsigned framebufferID, QSize size) {
         {MPV_RENDER_PARAM_INVALID, nullptr},
     };
     mpv_render_context_render(context_, params);
-    return newPicture;
 }
 
 }  // namespace kestrum

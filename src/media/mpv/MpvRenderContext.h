@@ -34,6 +34,11 @@ class MpvRenderContext {
     // scaled to fit with black around it (black alone while there is no picture). True when it drew a
     // new picture rather than the last one again.
     bool render(unsigned framebufferID, QSize size);
+    // Draws only when mpv has a new frame for it (so that its decoder, which waits for each frame to be
+    // drawn, goes on); true when it drew one.
+    bool renderIfDue(unsigned framebufferID, QSize size);
+    // Whether a picture of the movie was ever drawn through this context.
+    bool hasPicture() const { return hasPicture_; }
 
   private:
     MpvRenderContext(std::shared_ptr<MpvHandle> engine, std::shared_ptr<MpvUpdateRelay> relay,
@@ -41,7 +46,10 @@ class MpvRenderContext {
 
     std::shared_ptr<MpvHandle> engine_;
     std::shared_ptr<MpvUpdateRelay> relay_;  // the update callback's target lives as long as the context
+    void draw(unsigned framebufferID, QSize size);
+
     mpv_render_context* context_;
+    bool hasPicture_ = false;
 };
 
 }  // namespace kestrum

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 namespace kestrum {
 
@@ -13,6 +14,9 @@ struct MpvRenderReport {
     const MpvHandle* engine = nullptr;  // identity only; never dereferenced by the item
     std::uint64_t contextGeneration = 0;
     std::uint64_t picturesDrawn = 0;
+    // The prepared players' engines that have a render context of their own here (decoding their
+    // picture, not drawn on screen), in no particular order.
+    std::vector<const MpvHandle*> warmEngines;
 
     friend bool operator==(const MpvRenderReport&, const MpvRenderReport&) = default;
 };

@@ -14,6 +14,7 @@ Item {
 
     required property VideoPlayerSurfaceModel model
     property QtObject videoPlayer
+    property var preparedPlayers: []
     property bool showsScrubber: true
     property bool showsControls: true
     readonly property real barHeight: (player.showsScrubber ? scrubber.height : 0)
@@ -26,6 +27,7 @@ Item {
         height: parent.height - player.barHeight
         model: player.model
         player: player.videoPlayer
+        preparedPlayers: player.preparedPlayers
     }
 
     Rectangle {

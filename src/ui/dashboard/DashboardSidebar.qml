@@ -133,8 +133,10 @@ Rectangle {
         delegate: MatchCard {
             sidebar: sidebar.model
             onContextMenuRequested: (row, entries, scenePoint) => {
-                const local = sidebar.mapFromItem(null, scenePoint);
-                contextMenu.openAt(row, entries, Qt.point(local.x, local.y));
+                // Inside the card, "sidebar" and "contextMenu" name the card's own properties: the menu
+                // is reached by an id of its own, its point is in the sidebar, the list's parent.
+                const local = cards.parent.mapFromItem(null, scenePoint);
+                cardMenu.openAt(row, entries, Qt.point(local.x, local.y));
             }
         }
 
@@ -163,7 +165,7 @@ Rectangle {
     }
 
     CardContextMenu {
-        id: contextMenu
+        id: cardMenu
 
         sidebar: sidebar.model
     }

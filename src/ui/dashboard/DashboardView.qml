@@ -60,6 +60,7 @@ Rectangle {
                 visible: view.controller.hasSelection && !view.controller.showsDamagedMessage
                 model: view.controller.surface
                 videoPlayer: view.controller.playback.playerObject
+                preparedPlayers: view.controller.preparedPlayerObjects
                 // The strip under the movie carries the play button, the track and the speed.
                 showsScrubber: false
                 showsControls: false
@@ -85,6 +86,7 @@ Rectangle {
                 }
 
                 Image {
+                    objectName: "loadingThumbnail"
                     anchors.fill: parent
                     fillMode: Image.PreserveAspectFit
                     asynchronous: false
@@ -232,13 +234,12 @@ Rectangle {
             y: movieArea.height
             width: parent.width
             height: implicitHeight
-            // A movie that cannot be played has no time to show: its message stands alone.
-            visible: view.controller.hasSelection && !view.controller.showsDamagedMessage
+            visible: view.controller.showsTimeline
             model: view.controller.timeline
         }
     }
 
-    // The guide's page: its content comes later.
+    // The guide's page over the window; a click outside it or Escape closes it.
     Rectangle {
         objectName: "guidePage"
         anchors.fill: parent
@@ -250,18 +251,11 @@ Rectangle {
             onClicked: view.controller.isGuidePresented = false
         }
 
-        KestrumCardModifier {
+        DashboardGuideCard {
             anchors.centerIn: parent
-            width: 420
-            height: 220
-            hoverEnabled: false
-
-            MovieAreaMessage {
-                anchors.centerIn: parent
-                symbolName: view.controller.sidebar.guideButtonSymbol
-                title: "Kestrum Guide"
-                text: ""
-            }
+            width: Math.min(560, parent.width - 2 * Style.spacingXL)
+            height: Math.min(implicitHeight, parent.height - 2 * Style.spacingXL)
+            controller: view.controller
         }
     }
 

@@ -49,7 +49,8 @@ Item {
     // The first card of a session carries the session's header above it.
     readonly property bool startsSection: card.ListView.section !== card.ListView.previousSection
     readonly property real headerHeight: card.startsSection ? 26 : 0
-    readonly property real cardHeight: 78
+    // At least 78; more when the title takes a second line (a long queue name with champion and lane).
+    readonly property real cardHeight: Math.max(78, content.implicitHeight + 2 * Style.spacingS)
     readonly property bool uncoversLeading: card.swipeSide === "leading"
 
     signal contextMenuRequested(int row, var entries, point scenePoint)
@@ -73,6 +74,9 @@ Item {
 
     Accessible.role: Accessible.Button
     Accessible.name: card.accessibleLabel
+    // The swipe's two actions for those who cannot swipe: Toggle is the favourite, and each side is
+    // also a named button inside the card (below), as a screen reader lists a row's actions.
+    Accessible.onToggleAction: card.sidebar.performSwipeAction(card.index, "leading")
 
     // The action uncovered behind the card while it moves aside.
     LucideIcon {
@@ -213,20 +217,25 @@ Item {
                 }
             }
 
-            // The KDA column: at least its 154 points, and whatever the card leaves beside the star.
+            // The KDA column: at least its 154 by 52, and whatever the card leaves beside the star's place
+            // (kept whether or not the star shows, so that hovering never reflows the title). The title
+            // wraps onto a second line rather than losing its lane.
             Column {
                 objectName: "kdaColumn"
                 width: Math.max(154, card.width - 2 * card.sidebar.cardHorizontalPadding - 44
-                                         - card.sidebar.cardElementSpacing
-                                         - (favorite.visible ? favorite.width + card.sidebar.cardElementSpacing : 0))
-                height: 52
+                                         - 2 * card.sidebar.cardElementSpacing - favorite.width)
+                height: Math.max(52, implicitHeight)
+                anchors.verticalCenter: parent.verticalCenter
                 spacing: 1
 
                 Text {
+                    objectName: "matchCardTitle"
                     width: parent.width
                     text: card.title
                     font: Style.calloutSemibold
                     color: Style.textPrimary
+                    wrapMode: Text.Wrap
+                    maximumLineCount: 2
                     elide: Text.ElideRight
                 }
 
@@ -284,10 +293,10 @@ Item {
                 width: 22
                 height: 26
                 anchors.verticalCenter: parent.verticalCenter
-                visible: body.hovered || card.isFavorite
 
                 LucideIcon {
                     anchors.centerIn: parent
+                    visible: body.hovered || card.isFavorite
                     width: Style.iconSmall
                     height: Style.iconSmall
                     symbolName: card.favoriteSymbol
@@ -302,6 +311,7 @@ Item {
 
                 MouseArea {
                     anchors.fill: parent
+                    enabled: body.hovered || card.isFavorite
                     onClicked: card.sidebar.toggleFavorite(card.index)
                 }
             }
@@ -390,4 +400,27 @@ Item {
     }
 
     Accessible.onPressAction: card.sidebar.clickCard(card.index)
+
+    // The swipe's actions as buttons of their own, drawn by nothing (the card draws the swipe), over the
+    // card so that assistive technology finds them in it; they take no pointer input.
+    Item {
+        objectName: "leadingSwipeAction"
+        y: card.headerHeight
+        width: card.width / 2
+        height: card.cardHeight
+        Accessible.role: Accessible.Button
+        Accessible.name: card.leadingActionName
+        Accessible.onPressAction: card.sidebar.performSwipeAction(card.index, "leading")
+    }
+
+    Item {
+        objectName: "trailingSwipeAction"
+        x: card.width / 2
+        y: card.headerHeight
+        width: card.width / 2
+        height: card.cardHeight
+        Accessible.role: Accessible.Button
+        Accessible.name: card.trailingActionName
+        Accessible.onPressAction: card.sidebar.performSwipeAction(card.index, "trailing")
+    }
 }

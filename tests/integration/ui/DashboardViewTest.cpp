@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QQuickItem>
 #include <QTest>
 
@@ -143,6 +144,66 @@ TEST_F(DashboardViewTest, AMovieThatCannotBeOpenedShowsItsMessageInPlaceOfThePla
     EXPECT_TRUE(
         waitUntil([&] { return !isShown(harness.findItem(QStringLiteral("loadingOverlay"))); }, 2000));
     EXPECT_TRUE(cardValue(kOlder, "isDamaged").toBool());
+}
+
+// A right click on a card opens its menu where the pointer is.
+TEST_F(DashboardViewTest, ARightClickOnACardOpensItsMenu) {
+    QQuickItem* view = showLibrary({kNewest, kOlder});
+    ASSERT_TRUE(view) << harness.errors().toStdString();
+    const QPointF point = QmlViewHarness::centreOf(*card(kOlder));
+    QTest::mouseClick(&harness.window(), Qt::RightButton, Qt::NoModifier, point.toPoint());
+    // The menu is a pop-up: an object of the view's tree, drawn in the window's overlay.
+    auto* menu = view->findChild<QObject*>(QStringLiteral("cardContextMenu"));
+    ASSERT_NE(menu, nullptr);
+    EXPECT_TRUE(waitUntil([&] { return menu->property("opened").toBool(); }, 2000)) << "no menu";
+    EXPECT_EQ(dashboard.library.selectedMatch(), kNewest) << "a right click selects nothing";
+}
+
+// Assistive technology reaches the swipe's actions through the card's accessible interfaces, as a screen
+// reader would: the named buttons inside the card, and the card's own Toggle.
+TEST_F(DashboardViewTest, TheSwipeActionsAreAccessibleActionsOfTheCard) {
+    ASSERT_TRUE(showLibrary({kNewest, kOlder})) << harness.errors().toStdString();
+    QAccessible::setActive(true);
+    const auto doAction = [](QQuickItem* item, const QString& action) {
+        QAccessibleInterface* accessible = item ? QAccessible::queryAccessibleInterface(item) : nullptr;
+        if (!accessible || !accessible->actionInterface()) return false;
+        if (!accessible->actionInterface()->actionNames().contains(action)) return false;
+        accessible->actionInterface()->doAction(action);
+        return true;
+    };
+    const auto nameOf = [](const QString& objectName, QQuickItem* within) -> QString {
+        for (QQuickItem* child : within->childItems()) {
+            if (child->objectName() != objectName) continue;
+            QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(child);
+            return accessible ? accessible->text(QAccessible::Name) : QString();
+        }
+        return {};
+    };
+    const auto child = [](const QString& objectName, QQuickItem* within) -> QQuickItem* {
+        for (QQuickItem* item : within->childItems())
+            if (item->objectName() == objectName) return item;
+        return nullptr;
+    };
+    QQuickItem* older = card(kOlder);
+    ASSERT_TRUE(older);
+    EXPECT_EQ(nameOf(QStringLiteral("leadingSwipeAction"), older), QStringLiteral("Add to Favorites"));
+    EXPECT_EQ(nameOf(QStringLiteral("trailingSwipeAction"), older), QStringLiteral("Move to Trash"));
+
+    ASSERT_TRUE(doAction(child(QStringLiteral("leadingSwipeAction"), older),
+                         QAccessibleActionInterface::pressAction()));
+    EXPECT_TRUE(dashboard.library.isFavorite(kOlder));
+    EXPECT_EQ(nameOf(QStringLiteral("leadingSwipeAction"), older), QStringLiteral("Remove from Favorites"));
+    ASSERT_TRUE(doAction(older, QAccessibleActionInterface::toggleAction()));
+    EXPECT_FALSE(dashboard.library.isFavorite(kOlder)) << "the card's Toggle is the favourite";
+
+    ASSERT_TRUE(doAction(child(QStringLiteral("trailingSwipeAction"), older),
+                         QAccessibleActionInterface::pressAction()));
+    EXPECT_TRUE(dashboard.controller().deletions().isPending(kOlder.url));
+    EXPECT_EQ(nameOf(QStringLiteral("trailingSwipeAction"), older), QStringLiteral("Undo Move to Trash"));
+    ASSERT_TRUE(doAction(child(QStringLiteral("trailingSwipeAction"), older),
+                         QAccessibleActionInterface::pressAction()));
+    EXPECT_FALSE(dashboard.controller().deletions().isPending(kOlder.url));
+    EXPECT_TRUE(dashboard.files.trashRequests().isEmpty());
 }
 
 // Tab reaches the controller through the application's key filter even though the focus system would

@@ -53,5 +53,31 @@ TEST_F(VideoPlayerLayerTest, AnObjectThatIsNoPlayerDrawsBlack) {
     EXPECT_EQ(shot.pixelColor(10, 10), QColor(Qt::black));
 }
 
+// A prepared player decodes its picture where it stands, unseen; shown, it draws that picture with no
+// further seek.
+TEST_F(VideoPlayerLayerTest, APreparedPlayerShowsThePictureItWasSoughtToOnceShown) {
+    const std::unique_ptr<MpvVideoPlayer> shown = factory.makeMpvPlayer(movies.clock());
+    const std::unique_ptr<MpvVideoPlayer> prepared = factory.makeMpvPlayer(movies.other());
+    QQuickItem* layer =
+        harness.showText(kLayer,
+                         {{"player", QVariant::fromValue<QObject*>(shown.get())},
+                          {"preparedPlayers", QVariantList{QVariant::fromValue<QObject*>(prepared.get())}}},
+                         {640, 360});
+    ASSERT_TRUE(layer) << harness.errors().toStdString();
+    ASSERT_TRUE(waitUntil([&] { return shown->isReadyForDisplay(); }, 15000)) << "never drawn";
+    std::optional<bool> landed;
+    prepared->seek(2.5, VideoSeekTolerance::exact(), [&](bool finished) { landed = finished; });
+    ASSERT_TRUE(waitUntil([&] { return landed.has_value(); }, 15000));
+    EXPECT_TRUE(*landed);
+    EXPECT_FALSE(prepared->isReadyForDisplay()) << "decoded, but not on screen";
+    EXPECT_EQ(decodeClockStripe(harness.screenshot()), stripeMsOfFrameAt(0)) << "the shown player stays";
+
+    layer->setProperty("player", QVariant::fromValue<QObject*>(prepared.get()));
+    ASSERT_TRUE(waitUntil([&] { return prepared->isReadyForDisplay(); }, 15000));
+    EXPECT_EQ(decodeClockStripe(harness.screenshot()),
+              stripeMsOfFrameAt(2.5, PlayerTestMovies::kOtherOffsetMs));
+    EXPECT_NEAR(prepared->currentTime(), 2.5, 0.02);
+}
+
 }  // namespace
 }  // namespace kestrum::test

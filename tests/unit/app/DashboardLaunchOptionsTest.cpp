@@ -12,10 +12,29 @@ std::variant<DashboardLaunchOptions, QString> parse(const QStringList& arguments
 }
 
 TEST(DashboardLaunchOptions, ReadsTheWindowsSetUp) {
-    const auto parsed =
-        parse({"--dashboard", "--select", "2", "--at", "30.5", "--size", "1920x1080", "--appearance", "dark",
-               "--pin-scoreboard", "--pending", "0", "--hover", "1", "--open-filters", "--screenshot",
-               "a.png", "--art-host", "http://127.0.0.1:4000"});
+    const auto parsed = parse({"--dashboard",
+                               "--select",
+                               "2",
+                               "--at",
+                               "30.5",
+                               "--size",
+                               "1920x1080",
+                               "--appearance",
+                               "dark",
+                               "--pin-scoreboard",
+                               "--pending",
+                               "0",
+                               "--hover",
+                               "1",
+                               "--open-filters",
+                               "--screenshot",
+                               "a.png",
+                               "--art-host",
+                               "http://127.0.0.1:4000",
+                               "--context-menu",
+                               "3",
+                               "--speed-menu",
+                               "--guide"});
     ASSERT_TRUE(std::holds_alternative<DashboardLaunchOptions>(parsed))
         << std::get<QString>(parsed).toStdString();
     const auto& options = std::get<DashboardLaunchOptions>(parsed);
@@ -27,6 +46,8 @@ TEST(DashboardLaunchOptions, ReadsTheWindowsSetUp) {
     EXPECT_TRUE(options.pinsScoreboard && options.opensFilters);
     EXPECT_EQ(options.pendingRow, 0);
     EXPECT_EQ(options.hoverRow, 1);
+    EXPECT_EQ(options.contextMenuRow, 3);
+    EXPECT_TRUE(options.opensSpeedMenu && options.opensGuide);
     EXPECT_EQ(options.screenshotPath, QStringLiteral("a.png"));
     EXPECT_EQ(options.artHost, QUrl(QStringLiteral("http://127.0.0.1:4000")));
 }
@@ -57,6 +78,8 @@ TEST(DashboardLaunchOptions, RefusesBadInputWithAClearMessage) {
         {"a time before 0", {"--dashboard", "--at", "-3"}, "--at takes seconds from 0"},
         {"an art host with no scheme", {"--dashboard", "--art-host", "localhost"}, "--art-host takes a URL"},
         {"a window option alone", {"--screenshot", "a.png"}, "the window's options need --dashboard"},
+        {"a menu without the window", {"--speed-menu"}, "the window's options need --dashboard"},
+        {"a context menu on no row", {"--dashboard", "--context-menu", "first"}, "a row is a whole number"},
     };
     for (const BadLine& line : cases) {
         SCOPED_TRACE(line.name);

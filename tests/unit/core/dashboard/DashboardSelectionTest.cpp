@@ -56,7 +56,7 @@ TEST_F(DashboardSelectionTest, ASelectionDuringALoadDropsTheOlderJobs) {
     h.select(kThird);
     FakeVideoPlayer* third = h.player();
     third->completesSeeksAtOnce = false;
-    h.loads.finishDetail(2, detailWith({}, 600));
+    h.loads.finishLatestDetailFor(kThird.url, detailWith({}, 600));
     ASSERT_TRUE(third->hasPendingSeek());
     h.select(kFourth);
     third->finishPendingSeek(true);
@@ -220,11 +220,10 @@ TEST(DashboardSelectionOnDisk, SelectingARecordingAgainAfterItsFileChangedMakesA
 }
 
 TEST_F(DashboardSelectionTest, AMovieThatCannotBeOpenedShowsAMessageInsteadOfLoadingForever) {
+    h.factory.unopenable.insert(kSecond.url);
     h.loads.finishDetail(0, detailWith({}, 100));
     DashboardHarness::settle();
     EXPECT_EQ(h.controller().movieStateName(), QStringLiteral("ready"));
-
-    h.factory.unopenable.insert(kSecond.url);
     h.select(kSecond);
     EXPECT_EQ(h.controller().movieStateName(), QStringLiteral("damaged"));
     EXPECT_TRUE(h.controller().showsDamagedMessage());
@@ -242,6 +241,120 @@ TEST_F(DashboardSelectionTest, AMovieThatCannotBeOpenedShowsAMessageInsteadOfLoa
     DashboardHarness::settle();
     EXPECT_EQ(h.controller().movieStateName(), QStringLiteral("damaged"));
     EXPECT_TRUE(cards.value(cards.rowOf(kThird.url), QStringLiteral("isDamaged")).toBool());
+}
+
+struct DamagedDocumentCase {
+    const char* name;
+    bool finishesDetail;
+    bool detailRead;  // with finishesDetail: the document was read (else the load gave none)
+    bool showsTimeline;
+    const char* message;
+};
+
+// The message under a damaged movie promises the events and the scoreboard only when they are shown.
+TEST_F(DashboardSelectionTest, ADamagedMovieShowsItsDocumentOnlyWhenReadAndSaysOnlyThat) {
+    const QString cannotOpen =
+        QStringLiteral("The movie file could not be opened. It may be damaged or incomplete.");
+    const DamagedDocumentCase cases[] = {
+        {"document read", true, true, true,
+         "The movie file could not be opened. It may be damaged or incomplete. Its events are on the "
+         "timeline below; hold Tab or press O for the scoreboard."},
+        {"document unreadable", true, false, false,
+         "The movie file could not be opened. It may be damaged or incomplete."},
+        {"document still loading", false, false, false,
+         "The movie file could not be opened. It may be damaged or incomplete."},
+    };
+    h.factory.unopenable.insert(kSecond.url);
+    for (const DamagedDocumentCase& row : cases) {
+        SCOPED_TRACE(row.name);
+        h.select(kFirst);
+        h.select(kSecond);
+        if (row.finishesDetail) {
+            h.loads.finishDetail(h.loads.details.size() - 1,
+                                 row.detailRead ? detailWith({event(1, "GameStart", 4)}, 90) : nullptr);
+        }
+        ASSERT_TRUE(h.controller().showsDamagedMessage());
+        EXPECT_EQ(h.controller().showsTimeline(), row.showsTimeline);
+        EXPECT_EQ(h.controller().damagedMessage(), QString::fromUtf8(row.message));
+        EXPECT_EQ(h.controller().timeline()->duration() > 0, row.showsTimeline);
+        EXPECT_TRUE(h.controller().handleKey({Qt::Key_O, Qt::NoModifier, QStringLiteral("o"), false, true,
+                                              DashboardKeyFocus::playbackSurface}));
+        EXPECT_TRUE(h.controller().isScoreboardPinned()) << "O pins the scoreboard of a damaged movie";
+        h.controller().setScoreboardPinned(false);
+    }
+    h.select(kThird);
+    EXPECT_TRUE(h.controller().showsTimeline()) << "a movie that opens keeps its strip while it loads";
+    EXPECT_TRUE(h.controller().damagedMessage().startsWith(cannotOpen));
+}
+
+FakeVideoPlayer* preparedPlayerOf(DashboardHarness& h, const MatchVideo& match) {
+    for (const std::shared_ptr<VideoPlayer>& player :
+         h.controller().selection().preparedPlayers().players()) {
+        if (player->currentItemPath() == match.url) return static_cast<FakeVideoPlayer*>(player.get());
+    }
+    return nullptr;
+}
+
+// Once a recording has loaded, its neighbours are prepared: a player each, paused exactly at their own
+// start; selecting one then takes that player as it stands, with no second seek.
+TEST_F(DashboardSelectionTest, TheNeighboursArePreparedAtTheirStartAndShownWithoutASecondSeek) {
+    QSignalSpy preparedChanges(&h.controller(), &DashboardController::preparedPlayersChanged);
+    h.select(kSecond);
+    h.loads.finishDetail(h.loads.details.size() - 1, detailWith({event(1, "GameStart", 30)}, 100));
+    DashboardHarness::settle();
+    EXPECT_EQ(h.factory.madeFor.count(kFirst.url), 1) << "the neighbour before";
+    EXPECT_EQ(h.factory.madeFor.count(kThird.url), 1) << "the neighbour after";
+    EXPECT_EQ(h.factory.madeFor.count(kFourth.url), 0) << "no further than the neighbours";
+    EXPECT_GT(preparedChanges.count(), 0);
+    EXPECT_EQ(h.controller().selection().preparedPlayers().count(), 3u)
+        << "the selection and its two neighbours";
+
+    struct Neighbour {
+        MatchVideo match;
+        std::vector<RecordingEvent> events;
+        double start;
+    };
+    const Neighbour neighbours[] = {
+        {kThird, {event(1, "GameStart", 10.5)}, 9.5},
+        {kFirst, {}, 0},
+    };
+    for (const Neighbour& neighbour : neighbours) {
+        SCOPED_TRACE(neighbour.match.url.toStdString());
+        // The neighbour's own detail gives its start.
+        h.loads.finishLatestDetailFor(neighbour.match.url, detailWith(neighbour.events, 100));
+        DashboardHarness::settle();
+        FakeVideoPlayer* player = preparedPlayerOf(h, neighbour.match);
+        ASSERT_NE(player, nullptr);
+        ASSERT_EQ(player->seeks().size(), 1u);
+        EXPECT_EQ(player->seeks().front().value, neighbour.start);
+        EXPECT_TRUE(player->seeks().front().tolerance.isExact());
+        EXPECT_FALSE(played(*player));
+    }
+
+    FakeVideoPlayer* third = preparedPlayerOf(h, kThird);
+    ASSERT_NE(third, nullptr);
+    third->clearCalls();
+    h.select(kThird);
+    h.loads.finishDetail(h.loads.details.size() - 1, detailWith({event(1, "GameStart", 10.5)}, 100));
+    DashboardHarness::settle();
+    EXPECT_EQ(h.factory.madeFor.count(kThird.url), 1) << "the prepared player is taken";
+    EXPECT_EQ(h.player(), third);
+    EXPECT_TRUE(third->seeks().empty()) << "it stands at its start already";
+    EXPECT_FALSE(h.controller().playback()->isLoadingRecording());
+    EXPECT_EQ(h.factory.madeFor.count(kFourth.url), 1) << "the new neighbour after is prepared";
+
+    // Moved away from its start, the same player is sought back when selected again.
+    h.select(kSecond);
+    h.loads.finishDetail(h.loads.details.size() - 1, detailWith({event(1, "GameStart", 30)}, 100));
+    DashboardHarness::settle();
+    third->seek(50, VideoSeekTolerance::exact());
+    DashboardHarness::settle();
+    third->clearCalls();
+    h.select(kThird);
+    h.loads.finishDetail(h.loads.details.size() - 1, detailWith({event(1, "GameStart", 10.5)}, 100));
+    DashboardHarness::settle();
+    ASSERT_EQ(third->seeks().size(), 1u);
+    EXPECT_EQ(third->seeks().front().value, 9.5);
 }
 
 TEST_F(DashboardSelectionTest, AnEntryTheLibraryFoundDamagedSaysSoBeforeItIsOpened) {

@@ -135,7 +135,7 @@ TEST_F(DashboardSidebarTest, CardsAreGroupedInSessionsWithOneSectionEach) {
     EXPECT_EQ(cards().value(0, "championIdentifier").toString(), QStringLiteral("Ahri"));
     EXPECT_EQ(cards().value(0, "kdaLine").toString(), QStringLiteral("–/–/–"));
     EXPECT_EQ(cards().value(0, "leadingSymbol").toString(), QStringLiteral("star.fill"));
-    EXPECT_EQ(cards().value(0, "trailingActionName").toString(), QStringLiteral("Trailing swipe action"));
+    EXPECT_EQ(cards().value(0, "trailingActionName").toString(), QStringLiteral("Move to Trash"));
     EXPECT_EQ(cards().championIdentifiers(), (QStringList{"Ahri", "Jinx", "Garen", "Lux"}));
 
     QSignalSpy resets(&cards(), &QAbstractItemModel::modelReset);
@@ -186,6 +186,41 @@ TEST_F(DashboardSidebarTest, ASwipeOnACardFavouritesOrMarksForDeletion) {
     EXPECT_EQ(h.controller().deletions().isPending(c.url), true);
     sidebar().performSwipeAction(row, QStringLiteral("trailing"));  // the accessibility action undoes it
     EXPECT_FALSE(h.controller().deletions().isPending(c.url));
+}
+
+// Without a swipe: the card's accessible actions, each named for what it will do now, run the swipe's
+// own commands.
+TEST_F(DashboardSidebarTest, TheSwipeActionsAreNamedActionsThatDoWhatTheirNamesSay) {
+    struct Step {
+        const char* side;
+        bool favoriteAfter;
+        bool pendingAfter;
+        const char* leadingNameAfter;
+        const char* trailingNameAfter;
+    };
+    const Step steps[] = {
+        {"leading", true, false, "Remove from Favorites", "Move to Trash"},
+        {"leading", false, false, "Add to Favorites", "Move to Trash"},
+        {"trailing", false, true, "Add to Favorites", "Undo Move to Trash"},
+        {"trailing", false, false, "Add to Favorites", "Move to Trash"},
+    };
+    const int row = cards().rowOf(c.url);
+    EXPECT_EQ(cards().value(row, "leadingActionName").toString(), QStringLiteral("Add to Favorites"));
+    EXPECT_EQ(cards().value(row, "trailingActionName").toString(), QStringLiteral("Move to Trash"));
+    for (const Step& step : steps) {
+        SCOPED_TRACE(step.side);
+        sidebar().performSwipeAction(row, QString::fromLatin1(step.side));
+        DashboardHarness::settle();
+        EXPECT_EQ(h.library.isFavorite(c), step.favoriteAfter);
+        EXPECT_EQ(h.controller().deletions().isPending(c.url), step.pendingAfter);
+        EXPECT_EQ(cards().value(row, "leadingActionName").toString(),
+                  QString::fromUtf8(step.leadingNameAfter));
+        EXPECT_EQ(cards().value(row, "trailingActionName").toString(),
+                  QString::fromUtf8(step.trailingNameAfter));
+    }
+    h.clock.advance(std::chrono::seconds(6));
+    DashboardHarness::settle();
+    EXPECT_TRUE(h.files.trashRequests().isEmpty()) << "an undone deletion trashes nothing";
 }
 
 TEST_F(DashboardSidebarTest, TheLibraryRefreshesOnControlROnTheSavedNotificationAndOnANewFolder) {

@@ -78,6 +78,16 @@ class GatedLoads {
         QCoreApplication::processEvents();
     }
 
+    // Ends the detail asked last for `moviePath` (the selection's, or a neighbour's preparation).
+    void finishLatestDetailFor(const QString& moviePath, DetailPointer detail) {
+        for (std::size_t index = details.size(); index-- > 0;) {
+            if (details[index].moviePath != moviePath) continue;
+            finishDetail(index, std::move(detail));
+            return;
+        }
+        ADD_FAILURE() << "no detail was asked for " << moviePath.toStdString();
+    }
+
     // Ends every detail still running with none, so no awaiting job is left behind.
     void finishAll() {
         for (PendingDetail& pending : details) {

@@ -53,6 +53,23 @@ TEST(MatchCardPresentation, TheMapComesFromItsIdentifierThenFromTheMode) {
     }
 }
 
+TEST(MatchCardPresentation, ATitleBreaksOnlyBetweenItsParts) {
+    const QString nbsp(QChar(0x00A0));
+    const struct {
+        const char* title;
+        QString drawn;
+    } rows[] = {
+        {"Ranked Solo/Duo · Lee Sin · Jungle", "Ranked" + nbsp + "Solo/Duo · Lee" + nbsp + "Sin · Jungle"},
+        {"Classic · Ahri · Mid", "Classic · Ahri · Mid"},
+        {"Lee Sin", "Lee" + nbsp + "Sin"},
+        {"", ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.title);
+        EXPECT_EQ(card::cardTitle(QString::fromUtf8(row.title)), row.drawn);
+    }
+}
+
 TEST(MatchCardPresentation, RolesMapInAnyCase) {
     struct Row {
         std::optional<std::string> position;
