@@ -15,15 +15,16 @@ namespace {
 // platform URL's absolute string is. Anything that is not a local file URL (a web address, a bare path,
 // an empty string) fails the document: an entry whose movie cannot be named is no entry. The path is
 // read cleaned: a URL of "//host/..." form names a path that would otherwise come back with another
-// spelling (its host lowercased) from its own encoding.
+// spelling (its host lowercased) from its own encoding. A URL without a root ("file:v/a.mov") names a path
+// relative to nothing, which its own encoding would root: it is no entry either.
 bool readFileUrl(const rapidjson::Value& value, void* record, JsonFailure& failure) {
     if (!value.IsString()) return failure.fail(unexpectedKind("a file URL string", value));
     const QUrl url(QString::fromUtf8(value.GetString(), static_cast<qsizetype>(value.GetStringLength())),
                    QUrl::TolerantMode);
-    if (!url.isValid() || !url.isLocalFile() || url.toLocalFile().isEmpty()) {
-        return failure.fail("not a local file URL");
-    }
-    static_cast<MatchVideo*>(record)->url = QDir::cleanPath(url.toLocalFile());
+    const QString path = url.isValid() && url.isLocalFile() ? url.toLocalFile() : QString();
+    if (path.isEmpty()) return failure.fail("not a local file URL");
+    if (!QDir::isAbsolutePath(path)) return failure.fail("not an absolute file URL");
+    static_cast<MatchVideo*>(record)->url = QDir::cleanPath(path);
     return true;
 }
 

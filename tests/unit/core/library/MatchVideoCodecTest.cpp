@@ -60,6 +60,8 @@ TEST(MatchVideoCodec, RejectsWhatNamesNoMovieAndFailsWhole) {
         {R"({"date":1})", "url: missing required key"},
         {R"({"date":1,"url":"/v/a.mov"})", "url: not a local file URL"},
         {R"({"date":1,"url":"https://example.com/a.mov"})", "url: not a local file URL"},
+        {R"({"date":1,"url":"file:e:///v/a.mov"})", "url: not an absolute file URL"},
+        {R"({"date":1,"url":"file:v/a.mov"})", "url: not an absolute file URL"},
         {R"({"date":1,"url":7})", "url: expected a file URL string, found a number"},
         {R"({"url":"file:///v/a.mov"})", "date: missing required key"},
         {R"({"date":1,"url":"file:///v/a.mov","finalItemIDs":[1.5]})", "finalItemIDs[0]"},
