@@ -21,7 +21,8 @@ QVariantMap DashboardViewModels::propertiesFor(const QString& resourcePath) {
     if (!resourcePath.contains(QLatin1String("/Dashboard/"))) return {};
     DashboardController& controller = dashboard_.controller();
     const QString name = resourcePath.section(QLatin1Char('/'), -1);
-    if (name == QLatin1String("DashboardView.qml") || name == QLatin1String("FileActionAlert.qml"))
+    if (name == QLatin1String("DashboardView.qml") || name == QLatin1String("FileActionAlert.qml") ||
+        name == QLatin1String("DashboardGuideCard.qml"))
         return {{QStringLiteral("controller"), object(&controller)}};
     if (name == QLatin1String("DashboardSidebar.qml"))
         return {{QStringLiteral("model"), object(controller.sidebar())}};
