@@ -27,8 +27,7 @@ std::optional<LeagueShareSource> chooseLeagueShareSource(const ShareableContentS
         const QString& identifier = window.owningApplication->bundleIdentifier;
         if (identifier == RecordingBundleIdentifiers::gameClient) {
             gameWindows.push_back(window);
-        } else if (identifier == RecordingBundleIdentifiers::leagueClient ||
-                   identifier == RecordingBundleIdentifiers::leagueClientUx) {
+        } else if (RecordingBundleIdentifiers::isLeagueClient(identifier)) {
             clientWindows.push_back(window);
         }
     }
