@@ -30,6 +30,7 @@ QCoro::Task<void> LeagueShareCoordinator::refresh(CancellationToken token) {
         // with its window, which then is no longer listed.
         if (stream_) co_await stopStream(StopKind::real);
         if (!self || token.isCancelled()) co_return;
+        failedPlan_.reset();  // a source that comes back is tried afresh
         setStatus(LeagueShareStatus::waiting());
         co_return;
     }
