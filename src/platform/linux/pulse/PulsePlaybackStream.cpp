@@ -2,13 +2,17 @@
 
 #include <pulse/channelmap.h>
 
+#include <algorithm>
 #include <cstring>
 
 namespace kestrum {
 
 PulsePlaybackStream::PulsePlaybackStream(PulseMainLoop& loop, const pa_sample_spec& sampleSpec,
-                                         pa_usec_t targetLatencyUs)
-    : loop_(loop), sampleSpec_(sampleSpec), targetLatencyUs_(targetLatencyUs) {}
+                                         pa_usec_t targetLatencyUs, pa_usec_t slackUs)
+    : loop_(loop),
+      sampleSpec_(sampleSpec),
+      targetLatencyUs_(targetLatencyUs),
+      slackBytes_(static_cast<std::int64_t>(pa_usec_to_bytes(slackUs, &sampleSpec))) {}
 
 Status PulsePlaybackStream::open(const QByteArray& streamName, const QByteArray& sinkName) {
     close();
@@ -28,6 +32,7 @@ Status PulsePlaybackStream::open(const QByteArray& streamName, const QByteArray&
     attributes.prebuf = static_cast<std::uint32_t>(pa_frame_size(&sampleSpec_));
     writtenBytes_ = 0;
     droppedBytes_ = 0;
+    beyondTargetBytes_ = 0;
     const auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE);
     if (pa_stream_connect_playback(stream_, sinkName.constData(), &attributes, flags, nullptr, nullptr) < 0) {
         const QString reason = loop_.lastErrorText();
@@ -55,12 +60,21 @@ void PulsePlaybackStream::close() {
 
 void PulsePlaybackStream::write(const std::vector<std::uint8_t>& bytes) {
     const auto size = static_cast<std::int64_t>(bytes.size());
-    if (stream_ == nullptr || pa_stream_get_state(stream_) != PA_STREAM_READY ||
-        pa_stream_writable_size(stream_) < bytes.size() ||
+    if (stream_ == nullptr || pa_stream_get_state(stream_) != PA_STREAM_READY) {
+        droppedBytes_ += size;
+        return;
+    }
+    // The server asks for what brings the queue back to its target; once it asks again, whatever went
+    // beyond the target before has been played.
+    const auto requested = static_cast<std::int64_t>(pa_stream_writable_size(stream_));
+    if (requested > 0) beyondTargetBytes_ = 0;
+    const std::int64_t beyond = beyondTargetBytes_ + std::max<std::int64_t>(0, size - requested);
+    if (beyond > slackBytes_ ||
         pa_stream_write(stream_, bytes.data(), bytes.size(), nullptr, 0, PA_SEEK_RELATIVE) < 0) {
         droppedBytes_ += size;
         return;
     }
+    beyondTargetBytes_ = beyond;
     writtenBytes_ += size;
 }
 

@@ -14,15 +14,17 @@
 namespace kestrum {
 
 // One playback stream of the sound server into a given sink, kept short: the server is asked to hold
-// about `targetLatencyUs` queued, and a write that would queue more than that is dropped whole and
-// counted, so that sound handed over late (a burst after a stall) never builds up a delay. Sound plays as
-// soon as one write arrived; after an underrun it resumes with the next.
+// about `targetLatencyUs` queued. Writes that come in a burst (after a stall of the writer or of the
+// server) may queue up to `slackUs` beyond that; one that would queue more is dropped whole and counted,
+// so that a stall never turns into a lasting delay. Sound plays as soon as one write arrived; after an
+// underrun it resumes with the next.
 //
 // Threads: every member is called with the loop's lock held; the state callback runs on the loop
 // thread. The object must not move while open: the callback holds its address.
 class PulsePlaybackStream {
   public:
-    PulsePlaybackStream(PulseMainLoop& loop, const pa_sample_spec& sampleSpec, pa_usec_t targetLatencyUs);
+    PulsePlaybackStream(PulseMainLoop& loop, const pa_sample_spec& sampleSpec, pa_usec_t targetLatencyUs,
+                        pa_usec_t slackUs);
     ~PulsePlaybackStream() { close(); }
     PulsePlaybackStream(const PulsePlaybackStream&) = delete;
     PulsePlaybackStream& operator=(const PulsePlaybackStream&) = delete;
@@ -34,7 +36,7 @@ class PulsePlaybackStream {
     void close();
 
     // Queues interleaved frames of the stream's sample format; dropped when the stream is not ready or
-    // the queue would grow past the target.
+    // the queue would grow past the target and the slack.
     void write(const std::vector<std::uint8_t>& bytes);
 
     // Since the latest open, the bytes written and those dropped.
@@ -47,9 +49,12 @@ class PulsePlaybackStream {
     PulseMainLoop& loop_;
     const pa_sample_spec sampleSpec_;
     const pa_usec_t targetLatencyUs_;
+    const std::int64_t slackBytes_;
     pa_stream* stream_ = nullptr;  // open from `open` to `close`
     std::int64_t writtenBytes_ = 0;
     std::int64_t droppedBytes_ = 0;
+    // What was written beyond what the server asked for since it last asked: queued past the target.
+    std::int64_t beyondTargetBytes_ = 0;
 };
 
 }  // namespace kestrum

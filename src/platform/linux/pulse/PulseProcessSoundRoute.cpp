@@ -27,7 +27,7 @@ PulseProcessSoundRoute::PulseProcessSoundRoute(std::shared_ptr<PulseMainLoop> lo
                                                const Names& names)
     : loop_(std::move(loop)),
       sink_(*loop_, names.sinkName, names.sinkDescription),
-      playback_(*loop_, kSampleSpec, kPlaybackLatencyUs),
+      playback_(*loop_, kSampleSpec, kPlaybackLatencyUs, kPlaybackSlackUs),
       mix_(*loop_, kSampleSpec, PulseSinkInputFilter::inputsOf({processId}),
            [this](HostTimeNs, std::int64_t, std::vector<std::uint8_t> bytes) { playback_.write(bytes); }) {}
 

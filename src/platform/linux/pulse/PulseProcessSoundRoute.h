@@ -19,7 +19,8 @@ namespace kestrum {
 // the user hears them as before. Streams that appear or vanish while open are followed.
 //
 // The added delay is the monitor's fragment, one block of the mix and the playback stream's target:
-// about kPlaybackLatencyUs plus twice PulseSinkInputMix::kBlockMilliseconds. A new stream is first heard
+// about kPlaybackLatencyUs plus twice PulseSinkInputMix::kBlockMilliseconds, and at most
+// kPlaybackSlackUs more for a moment after a stall. A new stream is first heard
 // once its recording settled (PulseRecordStream::kSettleNs); the backlog the settling held back is dropped
 // rather than played late.
 //
@@ -28,7 +29,9 @@ namespace kestrum {
 // or the destructor does it.
 class PulseProcessSoundRoute {
   public:
-    static constexpr pa_usec_t kPlaybackLatencyUs = 30'000;
+    // The playback stream's queue: its target, and how far past it a burst may go before blocks drop.
+    static constexpr pa_usec_t kPlaybackLatencyUs = 40'000;
+    static constexpr pa_usec_t kPlaybackSlackUs = 60'000;
 
     struct Names {
         QByteArray sinkName;      // e.g. "kestrum_share"

@@ -43,6 +43,21 @@ inline double amplitudeOf(const std::vector<float>& samples, double hz, std::siz
     return to > from ? 2 * std::sqrt(std::max(0.0, power)) / double(to - from) : 0;
 }
 
+// The median of the `hz` amplitudes of the tenths of a second in [from, to): a route that drops a block
+// now and then shifts the tone's phase, which a single long window would read as a weaker tone. 440,
+// 660 and 1000 Hz run whole periods in a tenth, so that none leaks into another's reading.
+inline double medianAmplitudeOf(const std::vector<float>& samples, double hz, std::size_t from,
+                                std::size_t to) {
+    constexpr std::size_t kWindow = kToneRate / 10;
+    std::vector<double> amplitudes;
+    for (std::size_t start = from; start + kWindow <= std::min(to, samples.size()); start += kWindow) {
+        amplitudes.push_back(amplitudeOf(samples, hz, start, start + kWindow));
+    }
+    if (amplitudes.empty()) return 0;
+    std::nth_element(amplitudes.begin(), amplitudes.begin() + amplitudes.size() / 2, amplitudes.end());
+    return amplitudes[amplitudes.size() / 2];
+}
+
 // Interleaved stereo float samples played by another process (pacat) into the default sink. With
 // `delaySeconds` the process waits that long first and then becomes pacat (exec keeps its pid), so that
 // its pid is known before its stream exists.
