@@ -2,6 +2,7 @@
 // `ffmpeg -f x11grab`, properties by xprop, clicks by xdotool against a window of another client below.
 #include "ClockStripe.h"
 #include "GameScene.h"
+#include "PointerPressRecorder.h"
 #include "ShellWindowsTestMain.h"
 #include "TestWindowClient.h"
 #include "platform/linux/x11/X11ApplicationWindows.h"
@@ -184,44 +185,11 @@ TEST_F(LeagueShareWindowTest, TheDesktopKnowsItByItsIdentifierAndTitle) {
     }
 }
 
-// Another client's window, whose pointer presses are counted on a connection of the test's own.
-class PressRecorder {
-  public:
-    explicit PressRecorder(const QRect& frame) {
-        window_ =
-            client_.create({frame, QByteArray("recorder"), QByteArray("recorder"), std::nullopt, false});
-        connection_ = xcb_connect(nullptr, nullptr);
-        const std::uint32_t mask = XCB_EVENT_MASK_BUTTON_PRESS;
-        xcb_change_window_attributes(connection_, window_, XCB_CW_EVENT_MASK, &mask);
-        xcb_aux_sync();
-    }
-    ~PressRecorder() { xcb_disconnect(connection_); }
-
-    int presses() {
-        while (xcb_generic_event_t* event = xcb_poll_for_event(connection_)) {
-            if ((event->response_type & 0x7f) == XCB_BUTTON_PRESS) ++presses_;
-            std::free(event);
-        }
-        return presses_;
-    }
-    xcb_window_t window() const { return window_; }
-
-  private:
-    void xcb_aux_sync() {
-        std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
-    }
-
-    TestWindowClient client_;
-    xcb_window_t window_ = XCB_WINDOW_NONE;
-    xcb_connection_t* connection_ = nullptr;
-    int presses_ = 0;
-};
-
 TEST_F(LeagueShareWindowTest, AClickOnTheWindowReachesTheWindowBelow) {
     REQUIRE_MANAGED_DISPLAY();
     ASSERT_TRUE(presentAndWait(*share_));
     const QRect region = screenRegion(*share_);
-    PressRecorder recorder(region.adjusted(-40, -40, 40, 40));
+    PointerPressRecorder recorder(region.adjusted(-40, -40, 40, 40));
     // The share window comes above the recorder, so the click lands on its pixels.
     share_->raise();
     const quint64 before = share_->paintedFrameCount();
