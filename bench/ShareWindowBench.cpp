@@ -1,9 +1,11 @@
 // League Share as a sharing program sees it: the built kestrum and the game simulator on a private Xvfb
-// (no window manager, so the game's window stands at the origin and the share window is moved beside it).
+// with openbox (the share shows the picture only while the game's window is the active one); the share
+// window is moved beside the game's.
 // One `ffmpeg -f x11grab` stream over both windows gives, frame by frame, the game's clock stripe in the
 // game's window and in the share window: their difference is the share's latency, at 30 and at 60 fps.
 // In the 30 fps run, kestrum's CPU while it records the game at 720p30 is measured first, then with the
 // share at 1080p30 added: the share's part as a ratio of the recording's.
+#include "BenchProcesses.h"
 #include "ClockStripe.h"
 #include "core/settings/SettingsKeys.h"
 #include "core/settings/UserDefaults.h"
@@ -27,30 +29,13 @@
 namespace {
 
 using namespace kestrum;
+using bench::processCpuSeconds;
+using bench::waitFor;
 
-const QRect kGameRegion(0, 0, 1280, 720);
-const QPoint kSharePlace(1300, 0);
+const QPoint kSharePlace(1320, 0);
 constexpr int kCpuWindowSeconds = 12;
 constexpr int kGrabSeconds = 6;
 constexpr int kGrabRate = 60;
-
-double processCpuSeconds(qint64 pid) {
-    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
-    if (!stat.open(QIODevice::ReadOnly)) return 0;
-    const QByteArray text = stat.readAll();
-    const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
-    return (fields.value(11).toDouble() + fields.value(12).toDouble()) /
-           static_cast<double>(sysconf(_SC_CLK_TCK));
-}
-
-bool waitFor(const std::function<bool()>& condition, int timeoutMs) {
-    for (int waited = 0; waited < timeoutMs; waited += 100) {
-        QCoreApplication::processEvents();
-        if (condition()) return true;
-        QThread::msleep(100);
-    }
-    return condition();
-}
 
 QString toolOutput(const QString& program, const QStringList& arguments) {
     QProcess tool;
@@ -109,8 +94,30 @@ std::unique_ptr<QProcess> startGame() {
     return game;
 }
 
-// The share window, once it shows, moved beside the game's window; its size, or an empty one.
-QSize placeShareWindow() {
+// A window's place on the screen, from xwininfo; empty when it cannot be read.
+QRect screenRegion(const QString& windowID) {
+    const QString info = toolOutput(QStringLiteral("xwininfo"), {QStringLiteral("-id"), windowID});
+    const auto field = [&](const QString& name) {
+        const qsizetype at = info.indexOf(name + QLatin1Char(':'));
+        return at < 0 ? -1
+                      : info.mid(at + name.size() + 1).section(QLatin1Char('\n'), 0, 0).trimmed().toInt();
+    };
+    return {field(QStringLiteral("Absolute upper-left X")), field(QStringLiteral("Absolute upper-left Y")),
+            field(QStringLiteral("Width")), field(QStringLiteral("Height"))};
+}
+
+QRect gameRegion() {
+    const QString id =
+        toolOutput(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                               QStringLiteral("--name"), QStringLiteral("League of Legends")})
+            .section(QLatin1Char('\n'), 0, 0);
+    // The share shows the picture, not "Gameplay paused", while the game's window is the active one.
+    QProcess::execute(QStringLiteral("xdotool"), {QStringLiteral("windowactivate"), id});
+    return screenRegion(id);
+}
+
+// The share window, once it shows, moved beside the game's window; its place, or an empty one.
+QRect placeShareWindow() {
     QString id;
     waitFor(
         [&] {
@@ -124,26 +131,25 @@ QSize placeShareWindow() {
     QProcess::execute(QStringLiteral("xdotool"),
                       {QStringLiteral("windowmove"), id, QString::number(kSharePlace.x()),
                        QString::number(kSharePlace.y())});
-    const QString geometry = toolOutput(QStringLiteral("xdotool"), {QStringLiteral("getwindowgeometry"), id});
-    const qsizetype at = geometry.indexOf(QStringLiteral("Geometry: "));
-    const QStringList size = geometry.mid(at + 10).section(QLatin1Char('\n'), 0, 0).split(QLatin1Char('x'));
-    return at < 0 || size.size() != 2 ? QSize() : QSize(size[0].toInt(), size[1].toInt());
+    QThread::msleep(500);
+    return screenRegion(id);
 }
 
 // Game clock in the game's window minus the one in the share window, in milliseconds, for every grabbed
 // frame where both stripes read.
-std::vector<double> latenciesMs(const QSize& shareSize) {
-    const QRect shareRegion(kSharePlace, shareSize);
-    const QRect both = kGameRegion.united(shareRegion);
+std::vector<double> latenciesMs(const QRect& gameRegion, const QRect& shareRegion) {
+    if (gameRegion.isEmpty() || shareRegion.isEmpty()) return {};
+    const QRect both = gameRegion.united(shareRegion);
     QProcess ffmpeg;
     ffmpeg.start(
         QStringLiteral("ffmpeg"),
         {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-f"), QStringLiteral("x11grab"),
          QStringLiteral("-framerate"), QString::number(kGrabRate), QStringLiteral("-video_size"),
          QStringLiteral("%1x%2").arg(both.width()).arg(both.height()), QStringLiteral("-i"),
-         qEnvironmentVariable("DISPLAY") + QStringLiteral("+0,0"), QStringLiteral("-t"),
-         QString::number(kGrabSeconds), QStringLiteral("-f"), QStringLiteral("rawvideo"),
-         QStringLiteral("-pix_fmt"), QStringLiteral("bgra"), QStringLiteral("-")});
+         qEnvironmentVariable("DISPLAY") + QStringLiteral("+%1,%2").arg(both.x()).arg(both.y()),
+         QStringLiteral("-t"), QString::number(kGrabSeconds), QStringLiteral("-f"),
+         QStringLiteral("rawvideo"), QStringLiteral("-pix_fmt"), QStringLiteral("bgra"),
+         QStringLiteral("-")});
     ffmpeg.waitForFinished((kGrabSeconds + 30) * 1000);
     const QByteArray bytes = ffmpeg.readAllStandardOutput();
     const qsizetype frameBytes = qsizetype(both.width()) * both.height() * 4;
@@ -151,8 +157,8 @@ std::vector<double> latenciesMs(const QSize& shareSize) {
     for (qsizetype offset = 0; offset + frameBytes <= bytes.size(); offset += frameBytes) {
         const QImage frame(reinterpret_cast<const uchar*>(bytes.constData() + offset), both.width(),
                            both.height(), both.width() * 4, QImage::Format_RGB32);
-        const auto game = decodeClockStripe(frame.copy(kGameRegion));
-        const auto shared = decodeClockStripe(frame.copy(shareRegion));
+        const auto game = decodeClockStripe(frame.copy(gameRegion.translated(-both.topLeft())));
+        const auto shared = decodeClockStripe(frame.copy(shareRegion.translated(-both.topLeft())));
         if (game && shared && *game > 0) latencies.push_back(static_cast<double>(*game - *shared));
     }
     std::sort(latencies.begin(), latencies.end());
@@ -184,11 +190,13 @@ void runAt30() {
     waitFor([&] { return (output += kestrum->readAll()).contains("Kestrum is running"); }, 20000);
     const auto game = startGame();
     waitFor([&] { return (output += kestrum->readAll()).contains("timeline starting"); }, 60000);
+    gameRegion();  // the game in front: the recording's real frames, not its privacy screen
     QThread::sleep(2);
     const double recording = cpuPerSecond(kestrum->processId());
     const auto launch = profile.startKestrum({QStringLiteral("--share")});
     launch->waitForFinished(20000);
-    const QSize shareSize = placeShareWindow();
+    const QRect shareRegion = placeShareWindow();
+    const QRect gameArea = gameRegion();
     QThread::sleep(2);
     const double both = cpuPerSecond(kestrum->processId());
     std::printf("figure recording_720p30_cpu %.3f cpu-seconds/s\n", recording);
@@ -196,9 +204,11 @@ void runAt30() {
     if (recording > 0)
         std::printf("figure share_1080p30_to_recording_720p30_cpu_ratio %.3f ratio\n",
                     (both - recording) / recording);
-    printLatency(30, latenciesMs(shareSize));
+    printLatency(30, latenciesMs(gameArea, shareRegion));
     kestrum->terminate();
     kestrum->waitForFinished(30000);
+    game->kill();
+    game->waitForFinished(10000);
 }
 
 void runAt60() {
@@ -207,11 +217,14 @@ void runAt60() {
     QByteArray output;
     waitFor([&] { return (output += kestrum->readAll()).contains("Kestrum Share started"); }, 20000);
     const auto game = startGame();
-    const QSize shareSize = placeShareWindow();
+    const QRect shareRegion = placeShareWindow();
+    const QRect gameArea = gameRegion();
     QThread::sleep(4);
-    printLatency(60, latenciesMs(shareSize));
+    printLatency(60, latenciesMs(gameArea, shareRegion));
     kestrum->terminate();
     kestrum->waitForFinished(30000);
+    game->kill();
+    game->waitForFinished(10000);
 }
 
 }  // namespace
@@ -221,7 +234,7 @@ int main(int argc, char** argv) {
     QTemporaryDir home;
     qputenv("HOME", home.path().toUtf8());
     test::XvfbServer display;
-    if (!display.start(2400, 1000)) {
+    if (!display.start(2400, 1000) || !display.startWindowManager()) {
         std::fprintf(stderr, "no X server: %s\n", qPrintable(display.failure()));
         return 1;
     }
