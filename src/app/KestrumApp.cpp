@@ -103,7 +103,7 @@ QCoro::Task<void> KestrumApp::prepareForTermination() {
 }
 
 void KestrumApp::startLeagueShare() {
-    if (!shareCoordinator_.isRunning()) shareCoordinator_.start();
+    shareCoordinator_.start();  // nothing happens while it runs already
     shareWindow_.showWindow();
 }
 
