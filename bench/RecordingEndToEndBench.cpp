@@ -5,6 +5,7 @@
 // capture log. 720p30 HEVC and native 1080p60 H.264 picture only, then 720p30 with the sound track on
 // both sides, 60 seconds each, under a private Xvfb and PulseAudio. Kestrum's figure also holds its
 // service polling.
+#include "BenchProcesses.h"
 #include "core/settings/SettingsKeys.h"
 #include "core/settings/UserDefaults.h"
 #include "media/AudioOutputSettings.h"
@@ -32,6 +33,8 @@
 namespace {
 
 using namespace kestrum;
+using bench::processCpuSeconds;
+using bench::waitFor;
 
 constexpr int kSeconds = 60;
 
@@ -78,25 +81,6 @@ QStringList trackLinesOfCaptureLog(const QString& stateFolder) {
             lines << text;
     }
     return lines;
-}
-
-// The process's user plus system CPU seconds from /proc/<pid>/stat.
-double processCpuSeconds(qint64 pid) {
-    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
-    if (!stat.open(QIODevice::ReadOnly)) return 0;
-    const QByteArray text = stat.readAll();
-    const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
-    return (fields.value(11).toDouble() + fields.value(12).toDouble()) /
-           static_cast<double>(sysconf(_SC_CLK_TCK));
-}
-
-bool waitFor(const std::function<bool()>& condition, int timeoutMs) {
-    for (int waited = 0; waited < timeoutMs; waited += 100) {
-        QCoreApplication::processEvents();
-        if (condition()) return true;
-        QThread::msleep(100);
-    }
-    return condition();
 }
 
 void measureIntervals(const std::vector<double>& times, int framesPerSecond, Measured& measured) {

@@ -7,6 +7,7 @@
 #include "core/settings/UserDefaults.h"
 #include "core/shell/BuildVersion.h"
 #include "core/shell/PermissionTexts.h"
+#include "platform/fake/FakeLeagueShareAudioRoute.h"
 #include "ui/KestrumUi.h"
 #include "ui/style/KestrumStyle.h"
 
@@ -22,6 +23,13 @@ bool hasVisibleDesktop() {
     return QGuiApplication::platformName() != QLatin1String("offscreen");
 }
 
+LeagueShareAudioRoute& shareAudioRoute(PlatformServices& services,
+                                       std::unique_ptr<LeagueShareAudioRoute>& silentRoute) {
+    if (services.leagueShareAudioRoute) return *services.leagueShareAudioRoute;
+    silentRoute = std::make_unique<FakeLeagueShareAudioRoute>();
+    return *silentRoute;
+}
+
 }  // namespace
 
 KestrumApp::KestrumApp(RecordingSide& recordingSide, ApplicationWindows& windows,
@@ -31,10 +39,14 @@ KestrumApp::KestrumApp(RecordingSide& recordingSide, ApplicationWindows& windows
       windows_(windows),
       showReviewWindow_(std::move(showReviewWindow)),
       appearance_(UserDefaults::standard(), *recordingSide.services().desktopColorScheme),
-      delegate_(windows, {[this] { appearance_.apply(); },
-                          [this] { dashboard().showDashboard(); },
-                          {},
-                          [this] { return recordingSide_.prepareForTermination(); }}) {
+      shareCoordinator_(LeagueShareEnvironment{
+          *recordingSide.services().screenCaptureAccess, *recordingSide.services().shareableContent,
+          *recordingSide.services().windowStreams, *recordingSide.services().workspace,
+          shareAudioRoute(recordingSide.services(), silentAudioRoute_),
+          LeagueShareSettings(UserDefaults::standard()), Clock::system()}),
+      shareWindow_(shareCoordinator_, windows),
+      delegate_(windows, {[this] { appearance_.apply(); }, [this] { dashboard().showDashboard(); },
+                          [this] { shareCoordinator_.stop(); }, [this] { return prepareForTermination(); }}) {
     connect(&appearance_, &AppearanceController::appearanceChanged, this,
             [](bool isDark) { ui::KestrumStyle::instance().setDark(isDark); });
 }
@@ -84,6 +96,17 @@ void KestrumApp::showDashboard() {
     dashboard().showDashboard();
 }
 
+QCoro::Task<void> KestrumApp::prepareForTermination() {
+    // The share's sink and stream go before the process does; the delegate has already asked it to stop.
+    co_await shareCoordinator_.stopSharing();
+    co_await recordingSide_.prepareForTermination();
+}
+
+void KestrumApp::startLeagueShare() {
+    shareCoordinator_.start();  // nothing happens while it runs already
+    shareWindow_.showWindow();
+}
+
 void KestrumApp::openPanelAt(QPoint pointer) {
     panel(false).toggleAt(pointer);
 }
@@ -120,6 +143,8 @@ MenuBarModel& KestrumApp::menuBarModel() {
                                    [this] { settingsWindow().show(); }, [this] { requestTermination(); }});
         connect(&coordinator, &RecordingCoordinator::currentStatusChanged, menuBarModel_.get(),
                 &MenuBarModel::setStatus);
+        menuBarModel_->attachLeagueShare(shareCoordinator_, {[this] { shareWindow_.showWindow(); },
+                                                             [this] { shareWindow_.hideWindow(); }});
     }
     return *menuBarModel_;
 }

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "app/DashboardWindowController.h"
+#include "app/LeagueShareWindowController.h"
 #include "app/RecordingSide.h"
 #include "app/TrayIcon.h"
+#include "core/share/LeagueShareCoordinator.h"
 #include "core/shell/AppWindowPresenter.h"
 #include "core/shell/AppearanceController.h"
 #include "core/shell/KestrumAppDelegate.h"
@@ -27,6 +29,7 @@ class SettingsWindow;
 // with its panel, the settings window, the review window's controller and the appearance, over the
 // recording side. The tray icon is made at start; the QML engine, the panel, the settings window and
 // their models on their first use, so no Qt Quick window or GL context exists before the user opens one.
+// League Share's coordinator is made at start, idle until started; its window on its first use.
 // Without a tray the panel opens at start as an ordinary window, so that the user always has a way in.
 //
 // Quitting (the panel's "Quit", SIGTERM, SIGINT, the end of the session) goes through the delegate: an
@@ -53,6 +56,9 @@ class KestrumApp : public QObject {
     void reopen(const ActivationToken& token);
     // Brings the review window to the front, as "Open Dashboard" does (the launch's --dashboard).
     void showDashboard();
+    // Starts League Share with its window, as the panel's "Start Kestrum Share" does (the launch's
+    // --share); a share that runs already only shows its window again.
+    void startLeagueShare();
 
     void openPanelAt(QPoint pointer);
 
@@ -62,6 +68,8 @@ class KestrumApp : public QObject {
     bool isInTray() const { return trayIcon_ != nullptr; }
 
   private:
+    // League Share's stop, awaited, then the recording side's.
+    QCoro::Task<void> prepareForTermination();
     QQmlEngine& engine();
     AppWindowPresenter& presenter();
     DashboardWindowController& dashboard();
@@ -73,6 +81,10 @@ class KestrumApp : public QObject {
     ApplicationWindows& windows_;
     const std::function<void()> showReviewWindow_;
     AppearanceController appearance_;
+    // League Share's sound when the platform has no route of its own: a route that carries nothing.
+    std::unique_ptr<LeagueShareAudioRoute> silentAudioRoute_;
+    LeagueShareCoordinator shareCoordinator_;
+    LeagueShareWindowController shareWindow_;
     KestrumAppDelegate delegate_;
     Subscription sessionEnding_;
     // Made on first use, in this order of dependence; main thread.

@@ -23,6 +23,7 @@
 #include "platform/linux/freedesktop/XdgAutostartEntry.h"
 #include "platform/linux/pulse/BackgroundMicrophoneAccess.h"
 #include "platform/linux/pulse/PulseAudioStreamFactory.h"
+#include "platform/linux/pulse/PulseLeagueShareAudioRoute.h"
 #include "platform/linux/pulse/PulseMicrophoneAccess.h"
 #include "platform/linux/syslog/SyslogSystemLog.h"
 #include "platform/linux/x11/LinuxWorkspace.h"
@@ -40,6 +41,7 @@ PlatformServices makeLinuxPlatformServices() {
     services.shareableContent = std::make_unique<X11ShareableContent>();
     services.windowStreams = std::make_unique<X11WindowStreamFactory>();
     services.audioStreams = std::make_unique<PulseAudioStreamFactory>();
+    services.leagueShareAudioRoute = std::make_unique<PulseLeagueShareAudioRoute>();
     services.screenCaptureAccess = std::make_unique<X11ScreenCaptureAccess>();
     // A sound server that hangs must not hang the main thread, which asks at every settings poll and at
     // every capture start.

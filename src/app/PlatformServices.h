@@ -8,6 +8,7 @@
 #include "platform/ports/DesktopColorScheme.h"
 #include "platform/ports/FileActions.h"
 #include "platform/ports/FolderPicker.h"
+#include "platform/ports/LeagueShareAudioRoute.h"
 #include "platform/ports/MicrophoneAccess.h"
 #include "platform/ports/ScreenCaptureAccess.h"
 #include "platform/ports/SessionEndInhibitor.h"
@@ -27,6 +28,9 @@ struct PlatformServices {
     std::unique_ptr<ShareableContent> shareableContent;
     std::unique_ptr<WindowStreamFactory> windowStreams;
     std::unique_ptr<AudioStreamFactory> audioStreams;
+    // League Share's sound, for the share coordinator; null when the platform cannot route one
+    // application's sound (the fakes).
+    std::unique_ptr<LeagueShareAudioRoute> leagueShareAudioRoute;
     std::unique_ptr<ScreenCaptureAccess> screenCaptureAccess;
     std::unique_ptr<MicrophoneAccess> microphoneAccess;
     std::unique_ptr<SettingsOpener> settingsOpener;
@@ -41,9 +45,9 @@ struct PlatformServices {
 };
 
 // The Linux adapters: /proc and X11 for the desktop, XComposite for the window, PulseAudio for sound (the
-// microphone's state read off the main thread), logind for the session-end hold, the desktop's folder
-// dialog, the freedesktop file actions, autostart entry and colour scheme, syslog, FFmpeg for movies.
-// Needs the QApplication (the folder dialog is a widget).
+// microphone's state read off the main thread; League Share's sound in the "Kestrum Share" null sink),
+// logind for the session-end hold, the desktop's folder dialog, the freedesktop file actions, autostart entry
+// and colour scheme, syslog, FFmpeg for movies. Needs the QApplication (the folder dialog is a widget).
 PlatformServices makeLinuxPlatformServices();
 
 // The scripted fakes, empty: nothing runs, nothing can be captured. The honest answer on a system the

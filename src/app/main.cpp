@@ -1,7 +1,8 @@
 // kestrum: the recorder. It lives in the tray beside the game: it watches for the game, records it, and
 // saves the movie and its session document; its panel, settings and review windows open from the tray icon
 // (or, on a desktop without a tray, the panel opens as a window). With --dashboard the review window opens
-// at launch (see DashboardLaunchOptions for the options that set it up and take its screenshot). One runs
+// at launch (see DashboardLaunchOptions for the options that set it up and take its screenshot); with
+// --share League Share starts with its window, as the panel's command does. One runs
 // per user and settings profile: a later launch hands its request to the running one and exits 0. It quits
 // on SIGTERM, SIGINT or the end of the session only after an active recording has been finalised and saved.
 #include "app/DashboardLaunchOptions.h"
@@ -86,6 +87,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     const DashboardLaunchOptions& dashboardOptions = std::get<DashboardLaunchOptions>(parsed);
+    const bool startsLeagueShare = argumentsOf(argc, argv).contains(QStringLiteral("--share"));
     chooseOffscreenWithoutDisplay();
     ui::useOpenGlSceneGraph();
     QApplication application(argc, argv);
@@ -103,13 +105,23 @@ int main(int argc, char** argv) {
     const ActivationToken launchToken = SingleInstanceLaunch::launchToken(
         desktopStartupID, desktopStartupID.isEmpty() ? windows.serverTimeMs() : std::nullopt);
     KestrumApp* runningApp = nullptr;  // set once the application is composed, below
+    using LaunchRequest = SingleInstanceChannel::Request;
+    const LaunchRequest launchRequest{launchToken, startsLeagueShare ? LaunchRequest::Kind::startLeagueShare
+                                                                     : LaunchRequest::Kind::showDashboard};
     const std::optional<int> exitStatus =
-        launch.claim(launchToken, [&runningApp](const ActivationToken& token) {
+        launch.claim(launchRequest, [&runningApp](const LaunchRequest& request) {
+            if (request.kind == LaunchRequest::Kind::startLeagueShare) {
+                printLine(QStringLiteral("Kestrum: another launch asked for League Share"));
+                if (runningApp) runningApp->startLeagueShare();
+                return;
+            }
             printLine(QStringLiteral("Kestrum: another launch asked for the review window"));
-            if (runningApp) runningApp->reopen(token);
+            if (runningApp) runningApp->reopen(request.token);
         });
     if (exitStatus) {
-        printLine(QStringLiteral("Kestrum is already running; it was asked to show its review window"));
+        printLine(startsLeagueShare
+                      ? QStringLiteral("Kestrum is already running; it was asked to start League Share")
+                      : QStringLiteral("Kestrum is already running; it was asked to show its review window"));
         return *exitStatus;
     }
 
@@ -145,6 +157,10 @@ int main(int argc, char** argv) {
     if (dashboardOptions.opensDashboard) {
         app.showDashboard();
         if (dashboardFailed) return 1;
+    }
+    if (startsLeagueShare) {
+        app.startLeagueShare();
+        printLine(QStringLiteral("Kestrum Share started"));
     }
     printLine(app.isInTray() ? QStringLiteral("Kestrum is in the tray")
                              : QStringLiteral("Kestrum found no tray on this desktop"));

@@ -250,6 +250,22 @@ bool EndToEndRig::activateOtherWindow() {
          QStringLiteral("xdotool search --class Xmessage | head -1 | xargs xdotool windowactivate")});
 }
 
+std::optional<QString> EndToEndRig::runAnotherLaunch(const QStringList& arguments, int timeoutMs) {
+    QProcess launch;
+    QProcessEnvironment environment = childEnvironment_;
+    for (auto entry = kestrumEnvironment_.cbegin(); entry != kestrumEnvironment_.cend(); ++entry)
+        environment.insert(entry.key(), entry.value());
+    launch.setProcessEnvironment(environment);
+    launch.setProcessChannelMode(QProcess::MergedChannels);
+    launch.start(QStringLiteral(KESTRUM_BINARY_PATH), arguments);
+    if (!launch.waitForFinished(timeoutMs) || launch.exitStatus() != QProcess::NormalExit ||
+        launch.exitCode() != 0) {
+        launch.kill();
+        return std::nullopt;
+    }
+    return QString::fromUtf8(launch.readAllStandardOutput());
+}
+
 bool EndToEndRig::activateGameWindow() {
     return runTool(
         QStringLiteral("bash"),

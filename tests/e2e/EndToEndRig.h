@@ -49,6 +49,9 @@ class EndToEndRig {
     bool waitForKestrumLine(const QString& text, int timeoutMs);
     // Waits until a movie and its document stand in the recordings folder; gives the movie's path.
     std::optional<QString> waitForSavedRecording(int timeoutMs);
+    // Runs another launch of kestrum with `arguments` beside the running one and waits for it to end; its
+    // output when it ended with status 0 (it handed its request over), absent otherwise.
+    std::optional<QString> runAnotherLaunch(const QStringList& arguments, int timeoutMs = 20000);
     // Sends SIGTERM to kestrum and waits for it to end; true on a clean exit.
     bool stopKestrum(int timeoutMs = 30000);
 

@@ -23,8 +23,9 @@ QRect windowGeometry(const QString& windowId);
 QRect visibleWindow(const QString& pattern, bool byClass = false);
 // Moves the pointer to `point` and clicks its first button there.
 void clickAt(QPoint point);
-// The screen's pixels in `region`, as another program capturing the screen reads them; absent when
-// ffmpeg could not grab them.
-std::optional<QImage> grabScreenRegion(QRect region);
+// One picture of `region` of the screen, read by `ffmpeg -f x11grab` without the pointer, as another
+// program would capture it (the composited screen, not our own buffers). Format_RGB32; absent, with the
+// reason in `failure`, when ffmpeg is missing or fails.
+std::optional<QImage> grabScreenRegion(const QRect& region, QString* failure = nullptr);
 
 }  // namespace kestrum::test

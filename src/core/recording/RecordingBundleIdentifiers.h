@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLatin1String>
+#include <QString>
 
 namespace kestrum {
 
@@ -13,6 +14,11 @@ inline constexpr QLatin1String leagueClient("com.riotgames.LeagueofLegends.Leagu
 inline constexpr QLatin1String leagueClientUx("com.riotgames.LeagueofLegends.LeagueClientUx");
 // The launcher: its launch and end trigger a refresh, but it never counts as a running client.
 inline constexpr QLatin1String riotClient("com.riotgames.RiotGames.RiotClient");
+
+// Whether `identifier` is one of the League client's (the client or its interface).
+inline bool isLeagueClient(const QString& identifier) {
+    return identifier == leagueClient || identifier == leagueClientUx;
+}
 }  // namespace RecordingBundleIdentifiers
 
 }  // namespace kestrum

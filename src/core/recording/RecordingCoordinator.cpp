@@ -167,8 +167,7 @@ RecordingCoordinator::RunningGameSearch RecordingCoordinator::findRunningGame() 
     RunningGameSearch search;
     search.clientRunning = std::any_of(applications.begin(), applications.end(), [](const auto& application) {
         return application.bundleIdentifier &&
-               (*application.bundleIdentifier == RecordingBundleIdentifiers::leagueClient ||
-                *application.bundleIdentifier == RecordingBundleIdentifiers::leagueClientUx);
+               RecordingBundleIdentifiers::isLeagueClient(*application.bundleIdentifier);
     });
     const auto game = std::find_if(applications.begin(), applications.end(), [](const auto& application) {
         return application.bundleIdentifier &&

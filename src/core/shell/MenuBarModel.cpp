@@ -57,11 +57,47 @@ QString MenuBarModel::storageWarningSymbol() const {
     return kStorageWarningSymbol;
 }
 
-QString MenuBarModel::shareNote() const {
-    if (!permissions_.hasScreenAccess()) {
-        return QStringLiteral("Screen Recording permission is required for Kestrum Share");
+MenuBarShareControls MenuBarModel::shareControls() const {
+    MenuBarShareState state;
+    state.hasCoordinator = shareCoordinator_ != nullptr;
+    state.hasScreenAccess = permissions_.hasScreenAccess();
+    state.isShareWindowVisible = isShareWindowVisible_;
+    if (shareCoordinator_) {
+        state.isRunning = shareCoordinator_->isRunning();
+        state.status = shareCoordinator_->status();
     }
-    return QStringLiteral("Kestrum Share is not part of this version yet.");
+    return menuBarShareControls(state);
+}
+
+void MenuBarModel::attachLeagueShare(LeagueShareCoordinator& coordinator, ShareWindowCommands commands) {
+    shareCoordinator_ = &coordinator;
+    shareWindowCommands_ = std::move(commands);
+    connect(&coordinator, &LeagueShareCoordinator::isRunningChanged, this, &MenuBarModel::changed);
+    connect(&coordinator, &LeagueShareCoordinator::statusChanged, this, &MenuBarModel::changed);
+    emit changed();
+}
+
+void MenuBarModel::toggleShare() {
+    if (!shareCoordinator_) return;
+    if (shareCoordinator_->isRunning() || isShareWindowVisible_) {
+        shareCoordinator_->stop();
+        if (isShareWindowVisible_ && shareWindowCommands_.hideShareWindow)
+            shareWindowCommands_.hideShareWindow();
+    } else {
+        shareCoordinator_->start();
+        if (shareWindowCommands_.showShareWindow) shareWindowCommands_.showShareWindow();
+    }
+    // The share window is shown behind the others and never becomes key: no notice tells of it.
+    lookForShareWindow();
+}
+
+void MenuBarModel::togglePauseShare() {
+    if (!shareCoordinator_) return;
+    if (shareCoordinator_->isRunning()) {
+        shareCoordinator_->stop();
+    } else {
+        shareCoordinator_->start();
+    }
 }
 
 void MenuBarModel::setShareInformationShown(bool shown) {

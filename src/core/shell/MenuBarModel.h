@@ -2,11 +2,14 @@
 
 #include "core/recording/RecordingPermissions.h"
 #include "core/recording/RecordingStatus.h"
+#include "core/share/LeagueShareCoordinator.h"
 #include "core/shell/AppWindowPresenter.h"
+#include "core/shell/MenuBarShareControls.h"
 #include "core/shell/StorageUsageRefresh.h"
 #include "platform/ports/ApplicationWindows.h"
 
 #include <QObject>
+#include <QPointer>
 
 #include <functional>
 
@@ -19,8 +22,9 @@ namespace kestrum {
 // The panel is a column of fixed width (300) with a padding of 16: "Kestrum" with the status word and
 // mark; the storage warning when there is one; "Open Settings to allow Screen Recording access." while
 // screen capture is not possible; "Open Dashboard"; the League Share controls; "Settings" and "Quit" side
-// by side. League Share is not part of this version yet: its controls are shown, disabled, with a line
-// that says so.
+// by side. The League Share controls (MenuBarShareControls.h) start and stop the share with its window,
+// pause and resume it, and tell its status; in a build without League Share (no coordinator attached)
+// they are shown disabled, with a line that says so.
 //
 // Whenever a window of the application gains the focus, the panel reads the permissions again and looks
 // for a visible share window; when one closes, it looks for the share window again.
@@ -40,9 +44,15 @@ class MenuBarModel : public QObject {
     Q_PROPERTY(bool showsPermissionLine READ showsPermissionLine NOTIFY changed)
     Q_PROPERTY(QString permissionLine READ permissionLine CONSTANT)
     Q_PROPERTY(QString openDashboardTitle READ openDashboardTitle CONSTANT)
-    Q_PROPERTY(bool isLeagueShareAvailable READ isLeagueShareAvailable CONSTANT)
-    Q_PROPERTY(QString startShareTitle READ startShareTitle CONSTANT)
-    Q_PROPERTY(QString startShareHelp READ startShareHelp CONSTANT)
+    Q_PROPERTY(bool isLeagueShareAvailable READ isLeagueShareAvailable NOTIFY changed)
+    Q_PROPERTY(QString startShareTitle READ startShareTitle NOTIFY changed)
+    Q_PROPERTY(QString startShareHelp READ startShareHelp NOTIFY changed)
+    Q_PROPERTY(bool showsPauseShare READ showsPauseShare NOTIFY changed)
+    Q_PROPERTY(QString pauseShareTitle READ pauseShareTitle NOTIFY changed)
+    Q_PROPERTY(QString pauseShareSymbol READ pauseShareSymbol NOTIFY changed)
+    Q_PROPERTY(bool showsShareStatus READ showsShareStatus NOTIFY changed)
+    Q_PROPERTY(QString shareStatusTitle READ shareStatusTitle NOTIFY changed)
+    Q_PROPERTY(QString shareStatusSymbol READ shareStatusSymbol NOTIFY changed)
     Q_PROPERTY(QString shareNote READ shareNote NOTIFY changed)
     Q_PROPERTY(bool isShareWindowVisible READ isShareWindowVisible NOTIFY changed)
     Q_PROPERTY(QString aboutShareTitle READ aboutShareTitle CONSTANT)
@@ -65,6 +75,12 @@ class MenuBarModel : public QObject {
         std::function<void()> quit;
     };
 
+    // The share window's effects: shown (created once, kept) and hidden. Main thread.
+    struct ShareWindowCommands {
+        std::function<void()> showShareWindow;
+        std::function<void()> hideShareWindow;
+    };
+
     MenuBarModel(RecordingStatus status, RecordingPermissions& permissions, StorageUsageRefresh& storage,
                  ApplicationWindows& windows, AppWindowPresenter& presenter, Commands commands,
                  QObject* parent = nullptr);
@@ -83,11 +99,18 @@ class MenuBarModel : public QObject {
         return QStringLiteral("Open Settings to allow Screen Recording access.");
     }
     QString openDashboardTitle() const { return QStringLiteral("Open Dashboard"); }
-    bool isLeagueShareAvailable() const { return false; }
-    QString startShareTitle() const { return QStringLiteral("Start Kestrum Share"); }
-    QString startShareHelp() const { return QStringLiteral("Open a League-only window for Discord or OBS"); }
-    // Why the share controls are disabled.
-    QString shareNote() const;
+    // Whether the main share command (start or stop) can be used.
+    bool isLeagueShareAvailable() const { return shareControls().isCommandEnabled; }
+    QString startShareTitle() const { return shareControls().commandTitle; }
+    QString startShareHelp() const { return shareControls().commandHelp; }
+    bool showsPauseShare() const { return shareControls().showsPause; }
+    QString pauseShareTitle() const { return shareControls().pauseTitle; }
+    QString pauseShareSymbol() const { return shareControls().pauseSymbol; }
+    bool showsShareStatus() const { return shareControls().showsStatus; }
+    QString shareStatusTitle() const { return shareControls().statusTitle; }
+    QString shareStatusSymbol() const { return shareControls().statusSymbol; }
+    // Why the share controls cannot start a share; empty when they can.
+    QString shareNote() const { return shareControls().note; }
     bool isShareWindowVisible() const { return isShareWindowVisible_; }
     QString aboutShareTitle() const { return QStringLiteral("About Kestrum Share"); }
     QString aboutShareHeader() const { return QStringLiteral("Kestrum Share"); }
@@ -105,24 +128,35 @@ class MenuBarModel : public QObject {
     // The coordinator's published status.
     void setStatus(RecordingStatus status);
 
+    // Makes the share controls live. Once, before the panel is shown; both must outlive the model.
+    void attachLeagueShare(LeagueShareCoordinator& coordinator, ShareWindowCommands commands);
+
     // The panel appeared: the first time, storage is measured (later changes refresh it by themselves).
     Q_INVOKABLE void appeared();
     Q_INVOKABLE void openDashboard();
     // Brings the settings window to the front though the panel has the focus (AppWindowPresenter).
     Q_INVOKABLE void openSettings();
     Q_INVOKABLE void quit();
+    // "Start Kestrum Share" (the share and its window) or "Stop Kestrum Share" (both).
+    Q_INVOKABLE void toggleShare();
+    // "Pause Kestrum Share" (the share stops, the window stays) or "Resume Kestrum Share".
+    Q_INVOKABLE void togglePauseShare();
 
   signals:
     void changed();
 
   private:
     void lookForShareWindow();
+    MenuBarShareControls shareControls() const;
 
     RecordingPermissions& permissions_;
     StorageUsageRefresh& storage_;
     ApplicationWindows& windows_;
     AppWindowPresenter& presenter_;
     const Commands commands_;
+    // Main thread; null until League Share is attached.
+    QPointer<LeagueShareCoordinator> shareCoordinator_;
+    ShareWindowCommands shareWindowCommands_;
     Subscription keyObserver_;
     Subscription closeObserver_;
     // Main thread.

@@ -2,12 +2,12 @@
 
 namespace kestrum {
 
-std::optional<int> SingleInstanceLaunch::claim(const ActivationToken& token, ShowDashboard showDashboard) {
-    switch (channel_.claim(token)) {
+std::optional<int> SingleInstanceLaunch::claim(const Request& request, RequestHandler onRequest) {
+    switch (channel_.claim(request)) {
         case SingleInstanceChannel::Outcome::forwarded:
             return 0;
         case SingleInstanceChannel::Outcome::listening:
-            requests_ = channel_.observeRequests(std::move(showDashboard));
+            requests_ = channel_.observeRequests(std::move(onRequest));
             return std::nullopt;
         case SingleInstanceChannel::Outcome::failed:
             break;  // runs on without the channel: a second launch then starts a second instance

@@ -20,6 +20,7 @@ class FakeApplicationWindows final : public ApplicationWindows {
     ActivationPolicy activationPolicy() const override { return policy_; }
     void setActivationPolicy(ActivationPolicy policy) override;
     void makeKeyAndOrderFront(ApplicationWindowID window, const ActivationToken& token) override;
+    void makeCaptureOnly(ApplicationWindowID window) override { captureOnlyRequests_.push_back(window); }
     [[nodiscard]] Subscription observe(Notice notice, Handler handler) override;
 
     // Adds a window and gives its id (1, 2, ... in order).
@@ -42,6 +43,8 @@ class FakeApplicationWindows final : public ApplicationWindows {
     const std::vector<std::pair<ApplicationWindowID, ActivationToken>>& frontRequests() const {
         return frontRequests_;
     }
+    // Every window made capture-only, in order.
+    const std::vector<ApplicationWindowID>& captureOnlyRequests() const { return captureOnlyRequests_; }
     std::size_t observerCount(Notice notice) const;
 
   private:
@@ -52,6 +55,7 @@ class FakeApplicationWindows final : public ApplicationWindows {
     ActivationPolicy policy_ = ActivationPolicy::regular;
     std::vector<ActivationPolicy> policyRequests_;
     std::vector<std::pair<ApplicationWindowID, ActivationToken>> frontRequests_;
+    std::vector<ApplicationWindowID> captureOnlyRequests_;
     std::map<Notice, HandlerList<std::optional<ApplicationWindow>>> observers_;
 };
 

@@ -23,7 +23,7 @@ class FakeSingleInstanceChannel final : public SingleInstanceChannel {
         if (registry_->listener == this) registry_->listener = nullptr;
     }
 
-    Outcome claim(const ActivationToken& request) override {
+    Outcome claim(const Request& request) override {
         if (registry_->listener && registry_->listener != this) {
             registry_->listener->requests_.deliver(request);
             return Outcome::forwarded;
@@ -38,7 +38,7 @@ class FakeSingleInstanceChannel final : public SingleInstanceChannel {
 
   private:
     std::shared_ptr<Registry> registry_;
-    HandlerList<ActivationToken> requests_;
+    HandlerList<Request> requests_;
 };
 
 }  // namespace kestrum

@@ -76,6 +76,13 @@ class ApplicationWindows {
     // with `token`. The desktop may still refuse the focus; a window that no longer exists is ignored.
     virtual void makeKeyAndOrderFront(ApplicationWindowID window, const ActivationToken& token) = 0;
 
+    // Makes the window a picture for other programs to capture rather than one to use: the desktop knows
+    // it by its identifier (on X11 both parts of WM_CLASS and WM_WINDOW_ROLE), and the pointer's input
+    // passes through it to whatever lies below (an empty input region). Applied to the native window at
+    // once, creating it when needed, so call it before the window is first shown; the window keeps it
+    // while it exists. A window that no longer exists is ignored.
+    virtual void makeCaptureOnly(ApplicationWindowID window) = 0;
+
     // Calls `handler` for every later notice of kind `notice` until the subscription is dropped.
     [[nodiscard]] virtual Subscription observe(Notice notice, Handler handler) = 0;
 

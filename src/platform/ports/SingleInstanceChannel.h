@@ -22,13 +22,20 @@ namespace kestrum {
 class SingleInstanceChannel {
   public:
     enum class Outcome { listening, forwarded, failed };
-    // What a later launch asks of the running instance: to show its review window, with what proves
-    // the user's request to the window manager.
-    using Handler = std::function<void(const ActivationToken& token)>;
+    // What a later launch asks of the running instance: to show its review window, or (kestrum --share)
+    // to start League Share with its window; with what proves the user's request to the window manager.
+    struct Request {
+        enum class Kind { showDashboard, startLeagueShare };
+        ActivationToken token;
+        Kind kind = Kind::showDashboard;
+
+        friend bool operator==(const Request&, const Request&) = default;
+    };
+    using Handler = std::function<void(const Request& request)>;
 
     virtual ~SingleInstanceChannel() = default;
 
-    virtual Outcome claim(const ActivationToken& request) = 0;
+    virtual Outcome claim(const Request& request) = 0;
     [[nodiscard]] virtual Subscription observeRequests(Handler handler) = 0;
 
   protected:

@@ -3,8 +3,9 @@ import Kestrum.Style
 import Kestrum.Shell
 
 // The tray's panel: "Kestrum" with the recorder's status word and mark, the storage warning, the
-// permission line, "Open Dashboard", the League Share controls (shown disabled, with why), then "Settings"
-// and "Quit". Everything shown and every command comes from the model.
+// permission line, "Open Dashboard", the League Share controls (its status, start or stop, pause or
+// resume; disabled, with why, when it cannot run), then "Settings" and "Quit". Everything shown and every
+// command comes from the model.
 Rectangle {
     id: view
 
@@ -127,16 +128,35 @@ Rectangle {
                     ink: Style.textTertiary
                 }
 
+                NoteLine {
+                    objectName: "shareStatus"
+                    width: parent.width
+                    visible: view.model.showsShareStatus
+                    text: view.model.shareStatusTitle
+                    symbolName: view.model.shareStatusSymbol
+                }
+
                 ShellButton {
                     objectName: "startShare"
                     width: parent.width
                     enabled: view.model.isLeagueShareAvailable
                     text: view.model.startShareTitle
+                    onClicked: view.model.toggleShare()
+                }
+
+                ShellButton {
+                    objectName: "pauseShare"
+                    width: parent.width
+                    visible: view.model.showsPauseShare
+                    text: view.model.pauseShareTitle
+                    symbolName: view.model.pauseShareSymbol
+                    onClicked: view.model.togglePauseShare()
                 }
 
                 NoteLine {
                     objectName: "shareNote"
                     width: parent.width
+                    visible: text.length > 0
                     text: view.model.shareNote
                 }
             }

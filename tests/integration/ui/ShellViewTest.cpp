@@ -5,6 +5,11 @@
 #include "QmlViewHarness.h"
 #include "ShellViewModels.h"
 #include "core/settings/SettingsKeys.h"
+#include "core/share/LeagueShareCoordinator.h"
+#include "platform/fake/FakeLeagueShareAudioRoute.h"
+#include "platform/fake/FakeShareableContent.h"
+#include "platform/fake/FakeWindowStream.h"
+#include "platform/fake/FakeWorkspace.h"
 #include "ui/style/KestrumStyle.h"
 
 #include <gtest/gtest.h>
@@ -185,6 +190,49 @@ TEST_F(ShellViews, ThePanelsCommandsReachTheApplication) {
     }
     // The disabled share button started nothing and ran no other command.
     EXPECT_EQ(models_.dashboardShows + models_.settingsOpenings + models_.quits, 3);
+}
+
+// With League Share attached, the panel's share controls drive it: the start shows the share window and
+// starts the share, whose status line appears; pause stops the share and keeps the window; stop ends both.
+TEST_F(ShellViews, ThePanelsShareControlsDriveLeagueShare) {
+    FakeShareableContent content;
+    FakeWindowStreamFactory streams;
+    FakeWorkspace workspace;
+    FakeLeagueShareAudioRoute audioRoute;
+    LeagueShareCoordinator coordinator(
+        LeagueShareEnvironment{models_.screen, content, streams, workspace, audioRoute,
+                               LeagueShareSettings(models_.defaults), models_.clock});
+    const ApplicationWindowID shareWindow =
+        models_.windows.addWindow(QStringLiteral("Kestrum Share"), QStringLiteral("league-share"), false);
+    int shows = 0;
+    int hides = 0;
+    models_.menuBar.attachLeagueShare(coordinator, {[&] {
+                                                        ++shows;
+                                                        models_.windows.setVisible(shareWindow, true);
+                                                    },
+                                                    [&] {
+                                                        ++hides;
+                                                        models_.windows.setVisible(shareWindow, false);
+                                                    }});
+    ASSERT_TRUE(showPanel());
+    EXPECT_TRUE(item(QStringLiteral("startShare"))->isEnabled());
+    EXPECT_FALSE(item(QStringLiteral("shareNote"))->isVisible());
+
+    harness_.click(QmlViewHarness::centreOf(*item(QStringLiteral("startShare"))));
+    EXPECT_EQ(shows, 1);
+    EXPECT_TRUE(coordinator.isRunning());
+    // No League window is listed: the first refresh waits for one, and the panel says so.
+    EXPECT_TRUE(waitForText(QStringLiteral("Waiting for League")))
+        << visibleTexts(harness_).join(QLatin1Char('|')).toStdString();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return item(QStringLiteral("pauseShare"))->isVisible(); }, 5000));
+
+    harness_.click(QmlViewHarness::centreOf(*item(QStringLiteral("pauseShare"))));
+    EXPECT_FALSE(coordinator.isRunning());
+    EXPECT_EQ(hides, 0);
+
+    harness_.click(QmlViewHarness::centreOf(*item(QStringLiteral("startShare"))));
+    EXPECT_FALSE(coordinator.isRunning());
+    EXPECT_EQ(hides, 1);
 }
 
 TEST_F(ShellViews, TheSettingsFormShowsEverySectionAndItsTexts) {

@@ -1,17 +1,11 @@
 #pragma once
 
 #include "base/media/PixelBuffer.h"
+#include "core/capture/privacy/PrivacyScreenPainter.h"
 
-#include <QByteArray>
-#include <QImage>
-#include <QPainterPath>
 #include <QString>
 
 #include <memory>
-#include <optional>
-
-class QPainter;
-class QPointF;
 
 namespace kestrum {
 
@@ -25,7 +19,7 @@ namespace kestrum {
 // capturer skips.
 class RecordingPrivacyFrameRenderer {
   public:
-    static inline const QString kMarkResourcePath = QStringLiteral(":/art/KestrumMark.svg");
+    static inline const QString kMarkResourcePath = PrivacyScreenPainter::kMarkResourcePath;
 
     // `markPath` names the SVG document of the mark; a missing or unreadable one leaves the frames
     // without a mark and is no failure.
@@ -36,30 +30,12 @@ class RecordingPrivacyFrameRenderer {
     std::shared_ptr<const PixelBuffer> makeFrame(const PixelBuffer& source);
 
     // Spinner position, 0 to 9: the arc starts at phase * pi / 5. One turn takes 10 frames.
-    int animationPhase() const { return animationPhase_; }
+    int animationPhase() const { return painter_.animationPhase(); }
     // Any integer is taken modulo 10; the capturer sets 0 at the start of each recording.
-    void setAnimationPhase(int phase);
+    void setAnimationPhase(int phase) { painter_.setAnimationPhase(phase); }
 
   private:
-    void drawSpinner(QPainter& painter, const QPointF& centre, double scale);
-    void drawCaption(QPainter& painter, int width, int height, double scale);
-    void drawMark(QPainter& painter, int width, int height, double scale);
-    const QPainterPath& captionPath(double scale);
-    const QImage* markImage(int sidePx);
-
-    QString markPath_;
-    int animationPhase_ = 0;
-
-    // The caption's outline at the last scale asked for, with its baseline at y 0 and its ink bounds
-    // measured on this very outline, so that what is centred is exactly what is drawn.
-    QPainterPath captionPath_;
-    double captionScale_ = 0.0;
-
-    // The mark's SVG document: not yet looked up (nullopt), absent (an empty array, remembered so the
-    // file is read once), or its bytes. Rendered for the last square side asked for, in pixels.
-    std::optional<QByteArray> markDocument_;
-    QImage markImage_;
-    int markImageSidePx_ = 0;
+    PrivacyScreenPainter painter_;
 };
 
 }  // namespace kestrum

@@ -39,7 +39,7 @@ QString LocalSocketSingleInstanceChannel::defaultSocketPath() {
            QStringLiteral("/kestrum-instance");
 }
 
-SingleInstanceChannel::Outcome LocalSocketSingleInstanceChannel::claim(const ActivationToken& request) {
+SingleInstanceChannel::Outcome LocalSocketSingleInstanceChannel::claim(const Request& request) {
     QDir().mkpath(QFileInfo(socketPath_).absolutePath());
     QLockFile lock(socketPath_ + QStringLiteral(".lock"));
     if (!lock.tryLock(kLockTimeoutMs)) {
@@ -59,7 +59,7 @@ Subscription LocalSocketSingleInstanceChannel::observeRequests(Handler handler) 
     return handlers_.add(std::move(handler));
 }
 
-bool LocalSocketSingleInstanceChannel::forward(const ActivationToken& request) const {
+bool LocalSocketSingleInstanceChannel::forward(const Request& request) const {
     QLocalSocket socket;
     socket.connectToServer(socketPath_);
     if (!socket.waitForConnected(answerTimeoutMs_)) return false;
@@ -88,8 +88,7 @@ void LocalSocketSingleInstanceChannel::acceptConnections() {
                 if (socket->bytesAvailable() > kMaximumRequestBytes) socket->abort();
                 return;
             }
-            const std::optional<ActivationToken> request =
-                decodeRequest(socket->readLine(kMaximumRequestBytes));
+            const std::optional<Request> request = decodeRequest(socket->readLine(kMaximumRequestBytes));
             if (!request) {
                 socket->abort();  // not a launch of ours: no answer, no action
                 return;
@@ -102,24 +101,48 @@ void LocalSocketSingleInstanceChannel::acceptConnections() {
     }
 }
 
-QByteArray LocalSocketSingleInstanceChannel::encodeRequest(const ActivationToken& token) {
-    QJsonObject object{{QStringLiteral("request"), QStringLiteral("showDashboard")},
+namespace {
+
+QString requestName(SingleInstanceChannel::Request::Kind kind) {
+    using Kind = SingleInstanceChannel::Request::Kind;
+    switch (kind) {
+        case Kind::showDashboard:
+            return QStringLiteral("showDashboard");
+        case Kind::startLeagueShare:
+            return QStringLiteral("startLeagueShare");
+    }
+    return {};
+}
+
+}  // namespace
+
+QByteArray LocalSocketSingleInstanceChannel::encodeRequest(const Request& request) {
+    const ActivationToken& token = request.token;
+    QJsonObject object{{QStringLiteral("request"), requestName(request.kind)},
                        {QStringLiteral("startupID"), token.startupID}};
     if (token.eventTimeMs)
         object.insert(QStringLiteral("eventTimeMs"), static_cast<qint64>(*token.eventTimeMs));
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 
-std::optional<ActivationToken> LocalSocketSingleInstanceChannel::decodeRequest(const QByteArray& line) {
+std::optional<SingleInstanceChannel::Request> LocalSocketSingleInstanceChannel::decodeRequest(
+    const QByteArray& line) {
     if (!line.endsWith('\n')) return std::nullopt;
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(line, &error);
     if (error.error != QJsonParseError::NoError || !document.isObject()) return std::nullopt;
     const QJsonObject object = document.object();
-    if (object.value(QStringLiteral("request")) != QStringLiteral("showDashboard")) return std::nullopt;
+    Request request;
+    const QJsonValue name = object.value(QStringLiteral("request"));
+    if (name == requestName(Request::Kind::startLeagueShare)) {
+        request.kind = Request::Kind::startLeagueShare;
+    } else if (name != requestName(Request::Kind::showDashboard)) {
+        return std::nullopt;
+    }
     const QJsonValue startupID = object.value(QStringLiteral("startupID"));
     if (!startupID.isString() && !startupID.isUndefined()) return std::nullopt;
-    ActivationToken token{startupID.toString(), std::nullopt};
+    ActivationToken& token = request.token;
+    token.startupID = startupID.toString();
     const QJsonValue eventTime = object.value(QStringLiteral("eventTimeMs"));
     if (!eventTime.isUndefined()) {
         const double time = eventTime.toDouble(-1);
@@ -128,7 +151,7 @@ std::optional<ActivationToken> LocalSocketSingleInstanceChannel::decodeRequest(c
         }
         token.eventTimeMs = static_cast<quint32>(time);
     }
-    return token;
+    return request;
 }
 
 }  // namespace kestrum

@@ -32,26 +32,26 @@ class LocalSocketSingleInstanceChannel final : public QObject, public SingleInst
                                               QObject* parent = nullptr);
     ~LocalSocketSingleInstanceChannel() override;
 
-    Outcome claim(const ActivationToken& request) override;
+    Outcome claim(const Request& request) override;
     [[nodiscard]] Subscription observeRequests(Handler handler) override;
 
     // The runtime folder + "/kestrum-" + a short hash of the settings folder (XDG_CONFIG_HOME).
     static QString defaultSocketPath();
 
-    static QByteArray encodeRequest(const ActivationToken& token);
+    static QByteArray encodeRequest(const Request& request);
     // Absent for anything but a complete request line.
-    static std::optional<ActivationToken> decodeRequest(const QByteArray& line);
+    static std::optional<Request> decodeRequest(const QByteArray& line);
 
   private:
     // True when an instance listening at the socket acknowledged the request.
-    bool forward(const ActivationToken& request) const;
+    bool forward(const Request& request) const;
     bool listen();
     void acceptConnections();
 
     const QString socketPath_;
     const int answerTimeoutMs_;
     QLocalServer server_;  // a child, so that it moves with the channel to another thread
-    HandlerList<ActivationToken> handlers_;
+    HandlerList<Request> handlers_;
 };
 
 }  // namespace kestrum

@@ -147,19 +147,25 @@ void PulseMainLoop::signal() {
     pa_threaded_mainloop_signal(mainloop_, 0);
 }
 
+bool PulseMainLoop::awaitAnswer(pa_operation* operation, const std::function<bool()>& answered,
+                                std::chrono::milliseconds timeout) {
+    if (operation == nullptr) return false;
+    waitUntil([&] { return answered() || pa_operation_get_state(operation) != PA_OPERATION_RUNNING; },
+              timeout);
+    if (pa_operation_get_state(operation) == PA_OPERATION_RUNNING) pa_operation_cancel(operation);
+    pa_operation_unref(operation);
+    return answered();
+}
+
 std::optional<std::vector<PulseMainLoop::SourceDescription>> PulseMainLoop::sources(
     std::chrono::milliseconds timeout) {
     SourceListing listing{this, {}};
     const PulseMainLoopLock lock(*this);
     if (!isContextReady()) return std::nullopt;
-    pa_operation* operation = pa_context_get_source_info_list(context_, &onSourceInfo, &listing);
-    if (operation == nullptr) return std::nullopt;
-    const bool answered = waitUntil(
-        [&] { return listing.complete || pa_operation_get_state(operation) != PA_OPERATION_RUNNING; },
+    const bool answered = awaitAnswer(
+        pa_context_get_source_info_list(context_, &onSourceInfo, &listing), [&] { return listing.complete; },
         timeout);
-    if (!answered || !listing.complete) pa_operation_cancel(operation);
-    pa_operation_unref(operation);
-    if (!listing.complete || listing.failed) return std::nullopt;
+    if (!answered || listing.failed) return std::nullopt;
     return std::move(listing.sources);
 }
 

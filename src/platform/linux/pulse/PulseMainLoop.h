@@ -3,6 +3,7 @@
 #include "base/common/Result.h"
 
 #include <pulse/context.h>
+#include <pulse/operation.h>
 #include <pulse/thread-mainloop.h>
 
 #include <QString>
@@ -69,6 +70,12 @@ class PulseMainLoop {
     bool waitUntil(const std::function<bool()>& done, std::chrono::milliseconds timeout);
     // Lock held (callbacks hold it). Wakes every `waitUntil` so that it tests its predicate again.
     void signal();
+    // Lock held. Waits for the request `operation` (which this call takes over, null when the server
+    // refused to send it) until `answered` holds, the server ended it, or `timeout` passed; an unanswered
+    // one is cancelled, so that its callback never runs on state that goes out of scope. True when
+    // `answered` held. The request's callback calls `signal`.
+    bool awaitAnswer(pa_operation* operation, const std::function<bool()>& answered,
+                     std::chrono::milliseconds timeout = kRequestTimeout);
 
     // Any thread but the loop's, lock not held. The server's capture sources, or absent when the server
     // did not answer within `timeout`.

@@ -13,6 +13,7 @@ X11ApplicationWindows::X11ApplicationWindows(const QString& displayName, QObject
             connection_ = std::move(opened).value();
             taskSwitcher_ = std::make_unique<X11TaskSwitcherState>(*connection_);
             activation_ = std::make_unique<X11WindowActivation>(*connection_);
+            captureOnly_ = std::make_unique<X11CaptureOnlyWindow>(*connection_);
         }
     }
     qApp->installEventFilter(this);
@@ -63,6 +64,15 @@ void X11ApplicationWindows::makeKeyAndOrderFront(ApplicationWindowID id, const A
     window->requestActivate();
 }
 
+void X11ApplicationWindows::makeCaptureOnly(ApplicationWindowID id) {
+    QWindow* window = find(id);
+    if (!window || !captureOnly_) return;
+    // winId() makes the native window when it does not exist yet; it is kept until the QWindow goes.
+    captureOnly_->apply(static_cast<xcb_window_t>(window->winId()), window->objectName().toUtf8());
+    captureOnlyWindows_.insert(window);
+    if (window->isExposed()) captureOnly_->passInputThroughFrame(static_cast<xcb_window_t>(window->winId()));
+}
+
 Subscription X11ApplicationWindows::observe(Notice notice, Handler handler) {
     return observers_[notice].add(std::move(handler));
 }
@@ -80,9 +90,17 @@ bool X11ApplicationWindows::eventFilter(QObject* watched, QEvent* event) {
             // Seen before the window handles it: the window still exists and is still visible.
             deliver(Notice::windowWillClose, describe(*window));
             break;
+        case QEvent::Resize:
+            if (captureOnlyWindows_.contains(window) && window->isExposed()) {
+                captureOnly_->passInputThroughFrame(static_cast<xcb_window_t>(window->winId()));
+            }
+            break;
         case QEvent::Expose:
             if (window->isExposed()) {
                 applyPolicy(*window);
+                if (captureOnlyWindows_.contains(window)) {
+                    captureOnly_->passInputThroughFrame(static_cast<xcb_window_t>(window->winId()));
+                }
                 if (const auto pending = pendingActivations_.constFind(window);
                     pending != pendingActivations_.cend()) {
                     const ActivationToken token = *pending;
@@ -96,6 +114,7 @@ bool X11ApplicationWindows::eventFilter(QObject* watched, QEvent* event) {
             break;
         case QEvent::Destroy:
             sentSkipStates_.remove(window);
+            captureOnlyWindows_.remove(window);
             pendingActivations_.remove(window);
             break;
         default:

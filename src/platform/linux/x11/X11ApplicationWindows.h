@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/x11/X11CaptureOnlyWindow.h"
 #include "platform/linux/x11/X11TaskSwitcherState.h"
 #include "platform/linux/x11/X11WindowActivation.h"
 #include "platform/linux/x11/XcbConnection.h"
@@ -9,6 +10,7 @@
 #include <QHash>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QWindow>
 
 #include <map>
@@ -29,8 +31,12 @@ namespace kestrum {
 // Notices come from the application: a window's close event (before the window handles it, so the window
 // is still visible), the focus window's changes, and the application turning inactive.
 //
+// A capture-only window (the share window) is named by its identifier in WM_CLASS and WM_WINDOW_ROLE and
+// gets an empty input region through XFixes.
+//
 // Without an X display (another platform plugin, or no server) the windows, the notices and the focus
-// still work through Qt; only the task-switcher state and the activation proof are left out.
+// still work through Qt; only the task-switcher state, the activation proof and the capture-only traits are
+// left out.
 //
 // Threads: main thread, with the QGuiApplication alive for the object's whole life.
 class X11ApplicationWindows final : public QObject, public ApplicationWindows {
@@ -46,6 +52,7 @@ class X11ApplicationWindows final : public QObject, public ApplicationWindows {
     ActivationPolicy activationPolicy() const override { return policy_; }
     void setActivationPolicy(ActivationPolicy policy) override;
     void makeKeyAndOrderFront(ApplicationWindowID window, const ActivationToken& token) override;
+    void makeCaptureOnly(ApplicationWindowID window) override;
     [[nodiscard]] Subscription observe(Notice notice, Handler handler) override;
 
     // The X server's time now, for a launch's activation token; absent without an X display.
@@ -66,6 +73,7 @@ class X11ApplicationWindows final : public QObject, public ApplicationWindows {
     std::unique_ptr<XcbConnection> connection_;  // absent without an X display
     std::unique_ptr<X11TaskSwitcherState> taskSwitcher_;
     std::unique_ptr<X11WindowActivation> activation_;
+    std::unique_ptr<X11CaptureOnlyWindow> captureOnly_;
     // Main thread.
     ActivationPolicy policy_ = ActivationPolicy::regular;
     // Per mapped window: whether it was last asked to skip the switcher; forgotten when it is hidden (the
@@ -73,6 +81,9 @@ class X11ApplicationWindows final : public QObject, public ApplicationWindows {
     QHash<QWindow*, bool> sentSkipStates_;
     // Activations asked for windows not mapped yet, sent at their first exposure.
     QHash<QWindow*, ActivationToken> pendingActivations_;
+    // Windows made capture-only; their window manager's frame is made to pass the pointer through after
+    // every exposure and resize.
+    QSet<QWindow*> captureOnlyWindows_;
     QPointer<QWindow> focusWindow_;
     std::map<Notice, HandlerList<std::optional<ApplicationWindow>>> observers_;
 };

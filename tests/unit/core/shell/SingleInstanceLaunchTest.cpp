@@ -11,7 +11,9 @@ TEST(SingleInstanceLaunch, ASecondLaunchShowsTheFirstOnesReviewWindowAndExitsZer
     FakeSingleInstanceChannel firstChannel(registry);
     SingleInstanceLaunch first(firstChannel);
     std::vector<ActivationToken> shown;
-    EXPECT_EQ(first.claim({}, [&](const ActivationToken& token) { shown.push_back(token); }), std::nullopt);
+    EXPECT_EQ(first.claim(
+                  {}, [&](const SingleInstanceChannel::Request& request) { shown.push_back(request.token); }),
+              std::nullopt);
 
     struct Case {
         const char* name;
@@ -26,7 +28,8 @@ TEST(SingleInstanceLaunch, ASecondLaunchShowsTheFirstOnesReviewWindowAndExitsZer
         FakeSingleInstanceChannel laterChannel(registry);
         SingleInstanceLaunch later(laterChannel);
         int laterShows = 0;
-        EXPECT_EQ(later.claim(c.token, [&](const ActivationToken&) { ++laterShows; }), std::optional<int>(0));
+        EXPECT_EQ(later.claim({c.token}, [&](const SingleInstanceChannel::Request&) { ++laterShows; }),
+                  std::optional<int>(0));
         ASSERT_FALSE(shown.empty());
         EXPECT_EQ(shown.back(), c.token);
         EXPECT_EQ(laterShows, 0);
@@ -39,7 +42,7 @@ TEST(SingleInstanceLaunch, AChannelThatFailsLetsTheLaunchRunOnItsOwn) {
     registry->canListen = false;
     FakeSingleInstanceChannel channel(registry);
     SingleInstanceLaunch launch(channel);
-    EXPECT_EQ(launch.claim({}, [](const ActivationToken&) {}), std::nullopt);
+    EXPECT_EQ(launch.claim({}, [](const SingleInstanceChannel::Request&) {}), std::nullopt);
     EXPECT_EQ(registry->listener, nullptr);
 }
 

@@ -18,7 +18,7 @@ int main(int argc, char** argv) {
     if (arguments.size() > 3) token.eventTimeMs = arguments.at(3).toUInt();
 
     LocalSocketSingleInstanceChannel channel(arguments.at(1), 1000);
-    const SingleInstanceChannel::Outcome outcome = channel.claim(token);
+    const SingleInstanceChannel::Outcome outcome = channel.claim({token});
     const char* word = outcome == SingleInstanceChannel::Outcome::listening   ? "listening"
                        : outcome == SingleInstanceChannel::Outcome::forwarded ? "forwarded"
                                                                               : "failed";
@@ -26,12 +26,14 @@ int main(int argc, char** argv) {
     std::fflush(stdout);
     if (outcome == SingleInstanceChannel::Outcome::forwarded) return 0;
     if (outcome == SingleInstanceChannel::Outcome::failed) return 3;
-    const Subscription requests = channel.observeRequests([](const ActivationToken& request) {
-        std::printf("request %s %s\n",
-                    qPrintable(request.startupID.isEmpty() ? QStringLiteral("-") : request.startupID),
-                    request.eventTimeMs ? qPrintable(QString::number(*request.eventTimeMs)) : "-");
-        std::fflush(stdout);
-        QCoreApplication::quit();
-    });
+    const Subscription requests =
+        channel.observeRequests([](const SingleInstanceChannel::Request& forwarded) {
+            const ActivationToken& request = forwarded.token;
+            std::printf("request %s %s\n",
+                        qPrintable(request.startupID.isEmpty() ? QStringLiteral("-") : request.startupID),
+                        request.eventTimeMs ? qPrintable(QString::number(*request.eventTimeMs)) : "-");
+            std::fflush(stdout);
+            QCoreApplication::quit();
+        });
     return QCoreApplication::exec();
 }

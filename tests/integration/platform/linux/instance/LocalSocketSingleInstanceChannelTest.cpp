@@ -37,7 +37,7 @@ TEST(LocalSocketSingleInstanceChannel, ALaterLaunchHandsItsRequestToTheFirstAndE
     LocalSocketSingleInstanceChannel first(socketPath);
     std::vector<ActivationToken> requests;
     const Subscription observer =
-        first.observeRequests([&](const ActivationToken& t) { requests.push_back(t); });
+        first.observeRequests([&](const SingleInstanceChannel::Request& r) { requests.push_back(r.token); });
     ASSERT_EQ(first.claim({}), Outcome::listening);
 
     struct Case {
@@ -71,7 +71,7 @@ TEST(LocalSocketSingleInstanceChannel, AnotherProcessThatListensAnswersThisOne) 
     ASSERT_EQ(listener->readLine(), QByteArray("listening\n"));
 
     LocalSocketSingleInstanceChannel later(socketPath);
-    EXPECT_EQ(later.claim({QStringLiteral("launch_TIME9"), std::nullopt}), Outcome::forwarded);
+    EXPECT_EQ(later.claim({{QStringLiteral("launch_TIME9"), std::nullopt}}), Outcome::forwarded);
     EXPECT_EQ(finishedOutput(*listener), QStringLiteral("request launch_TIME9 -\n"));
     EXPECT_EQ(listener->exitCode(), 0);
 }
@@ -125,7 +125,8 @@ TEST(LocalSocketSingleInstanceChannel, AClientThatSendsNoRequestGetsNoAnswerAndC
     const QString socketPath = directory.path() + QStringLiteral("/instance");
     LocalSocketSingleInstanceChannel channel(socketPath);
     int requests = 0;
-    const Subscription observer = channel.observeRequests([&](const ActivationToken&) { ++requests; });
+    const Subscription observer =
+        channel.observeRequests([&](const SingleInstanceChannel::Request&) { ++requests; });
     ASSERT_EQ(channel.claim({}), Outcome::listening);
     for (const QByteArray& garbage :
          {QByteArray("hello\n"), QByteArray("{\"request\":\"quit\"}\n"), QByteArray(5000, 'x')}) {
@@ -144,11 +145,14 @@ TEST(LocalSocketSingleInstanceChannel, AClientThatSendsNoRequestGetsNoAnswerAndC
 }
 
 TEST(LocalSocketSingleInstanceChannel, RequestLinesRoundTripAndBadOnesAreRefused) {
-    for (const ActivationToken& token : {ActivationToken{}, ActivationToken{QStringLiteral("id ü \"q\""), 0u},
-                                         ActivationToken{QString(), 4294967295u}}) {
+    using Request = SingleInstanceChannel::Request;
+    for (const Request& request :
+         {Request{}, Request{{QStringLiteral("id ü \"q\""), 0u}, Request::Kind::showDashboard},
+          Request{{QString(), 4294967295u}, Request::Kind::startLeagueShare},
+          Request{{QStringLiteral("x_TIME1"), std::nullopt}, Request::Kind::startLeagueShare}}) {
         EXPECT_EQ(LocalSocketSingleInstanceChannel::decodeRequest(
-                      LocalSocketSingleInstanceChannel::encodeRequest(token)),
-                  token);
+                      LocalSocketSingleInstanceChannel::encodeRequest(request)),
+                  request);
     }
     for (const QByteArray& line :
          {QByteArray("{\"request\":\"showDashboard\"}"),  // no line end

@@ -2,6 +2,7 @@
 // process plays into the sink must come back as system sound, stamped on the host clock, buffer after
 // buffer, while a tone this process plays must not.
 #include "AudioSampleRecorder.h"
+#include "PulseTones.h"
 #include "platform/linux/pulse/PulseAudioStreamClock.h"
 #include "platform/linux/pulse/PulseAudioStreamFactory.h"
 #include "support/DisplayServers.h"
@@ -27,38 +28,7 @@ namespace {
 
 using Buffers = std::vector<AudioSampleRecorder::Received>;
 
-constexpr int kRate = 48000;
-
-// Interleaved stereo float: a sine of `hz` at `amplitude` for `seconds`.
-std::vector<float> sine(double hz, double seconds, float amplitude) {
-    std::vector<float> samples(2 * static_cast<std::size_t>(seconds * kRate));
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        samples[i] = amplitude * float(std::sin(2 * std::numbers::pi * hz * double(i / 2) / kRate));
-    }
-    return samples;
-}
-
-// A tone that another process (pacat) plays into the default sink; pacat inherits PULSE_SERVER from the
-// test's server.
-class OtherProcessTone {
-  public:
-    bool start(double hz, double seconds) {
-        if (!raw_.open()) return false;
-        const std::vector<float> samples = sine(hz, seconds, 0.3F);
-        raw_.write(reinterpret_cast<const char*>(samples.data()), qint64(samples.size() * sizeof(float)));
-        raw_.flush();
-        pacat_.start(QStringLiteral("pacat"),
-                     {QStringLiteral("--raw"), QStringLiteral("--format=float32le"),
-                      QStringLiteral("--rate=48000"), QStringLiteral("--channels=2"), raw_.fileName()});
-        return pacat_.waitForStarted(5000);
-    }
-    // Returns once the tone has been played out.
-    bool finish() { return pacat_.waitForFinished(15000) && pacat_.exitCode() == 0; }
-
-  private:
-    QTemporaryFile raw_;
-    QProcess pacat_;
-};
+constexpr int kRate = kToneRate;
 
 bool playTone() {
     OtherProcessTone tone;
@@ -101,21 +71,9 @@ struct Recording {
         return std::clamp<std::size_t>(
             std::size_t(std::max<HostTimeNs>(0, ns - startNs) * kRate / 1'000'000'000), 0, samples.size());
     }
-    // The amplitude of the `hz` component between two host times (Goertzel).
+    // The amplitude of the `hz` component between two host times.
     double amplitudeOf(double hz, HostTimeNs fromNs, HostTimeNs toNs) const {
-        const std::size_t from = indexAt(fromNs);
-        const std::size_t to = indexAt(toNs);
-        const double coefficient = 2 * std::cos(2 * std::numbers::pi * hz / kRate);
-        double previous = 0;
-        double beforePrevious = 0;
-        for (std::size_t i = from; i < to; ++i) {
-            const double current = samples[i] + coefficient * previous - beforePrevious;
-            beforePrevious = previous;
-            previous = current;
-        }
-        const double power =
-            previous * previous + beforePrevious * beforePrevious - coefficient * previous * beforePrevious;
-        return to > from ? 2 * std::sqrt(std::max(0.0, power)) / double(to - from) : 0;
+        return test::amplitudeOf(samples, hz, indexAt(fromNs), indexAt(toNs));
     }
 };
 
