@@ -1,18 +1,10 @@
 // League Share's core costs on fakes: a frame's way through the sample path to three display surfaces,
 // and one refresh of the monitoring loop among 300 windows. The window's own drawing and the window
 // stream's reads are not in these figures. Prints `figure <name> <value> <unit>` lines.
+#include "../tests/unit/core/share/ShareRig.h"
 #include "BenchTiming.h"
-#include "base/async/ManualClock.h"
-#include "core/recording/RecordingBundleIdentifiers.h"
-#include "core/share/LeagueShareCoordinator.h"
-#include "platform/fake/FakeLeagueShareAudioRoute.h"
-#include "platform/fake/FakeScreenCaptureAccess.h"
-#include "platform/fake/FakeShareableContent.h"
-#include "platform/fake/FakeWindowStream.h"
-#include "platform/fake/FakeWorkspace.h"
 
 #include <QCoreApplication>
-#include <QTemporaryDir>
 
 #include <atomic>
 #include <chrono>
@@ -31,32 +23,10 @@ class CountingSurface final : public LeagueShareDisplaySurface {
     std::atomic<int> frames{0};
 };
 
-ShareableWindow window(std::uint32_t id, const QString& bundleIdentifier, QSizeF size) {
-    ShareableWindow result;
-    result.windowID = id;
-    result.frame = QRectF(QPointF(0, 0), size);
-    result.isOnScreen = true;
-    result.owningApplication = ShareableApplication{static_cast<qint32>(id), bundleIdentifier, {}};
-    return result;
-}
-
-struct Bench {
-    QTemporaryDir folder;
-    UserDefaults defaults{folder.filePath(QStringLiteral("defaults.json"))};
-    ManualClock clock;
-    FakeScreenCaptureAccess access{true};
-    FakeShareableContent content;
-    FakeWindowStreamFactory streams;
-    FakeWorkspace workspace;
-    FakeLeagueShareAudioRoute audioRoute;
-    LeagueShareCoordinator coordinator{LeagueShareEnvironment{access, content, streams, workspace, audioRoute,
-                                                              LeagueShareSettings(defaults), clock}};
-};
-
-double microsecondsPerSharedFrame(Bench& bench, int frames) {
+double microsecondsPerSharedFrame(test::ShareRig& rig, int frames) {
     CountingSurface surfaces[3];
-    for (CountingSurface& surface : surfaces) bench.coordinator.addDisplaySurface(surface);
-    FakeWindowStream* stream = bench.streams.lastStream();
+    for (CountingSurface& surface : surfaces) rig.coordinator->addDisplaySurface(surface);
+    FakeWindowStream* stream = rig.streams.lastStream();
     const WindowStreamConfiguration configuration = stream->configuration();
     const std::shared_ptr<const PixelBuffer> picture = PixelBuffer::make(
         configuration.width, configuration.height, configuration.width * 4,
@@ -68,9 +38,9 @@ double microsecondsPerSharedFrame(Bench& bench, int frames) {
             sample.imageBuffer = picture;
             stream->core.deliver(std::move(sample), CaptureOutputType::screen);
         }
-        bench.coordinator.outputQueue().sync([] {});
+        rig.coordinator->outputQueue().sync([] {});
     });
-    for (CountingSurface& surface : surfaces) bench.coordinator.removeDisplaySurface(surface);
+    for (CountingSurface& surface : surfaces) rig.coordinator->removeDisplaySurface(surface);
     return milliseconds * 1000.0 / frames;
 }
 
@@ -78,26 +48,27 @@ double microsecondsPerSharedFrame(Bench& bench, int frames) {
 
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
-    Bench bench;
+    test::ShareRig rig;
     ShareableContentSnapshot snapshot;
     for (std::uint32_t id = 1; id <= 298; ++id) {
-        snapshot.windows.push_back(window(id, QStringLiteral("org.example.App"), QSizeF(800, 600)));
+        snapshot.windows.push_back(test::leagueWindow(id, static_cast<qint32>(id),
+                                                      QStringLiteral("org.example.App"), QSizeF(800, 600)));
     }
-    snapshot.windows.push_back(window(900, RecordingBundleIdentifiers::leagueClientUx, QSizeF(1280, 720)));
-    snapshot.windows.push_back(window(901, RecordingBundleIdentifiers::gameClient, QSizeF(1920, 1080)));
-    bench.content.setContent(snapshot);
-    LeagueShareSettings(bench.defaults).setResolution(LeagueShareResolution::p1080);
-    bench.coordinator.start();
-    if (bench.streams.lastStream() == nullptr) {
+    snapshot.windows.push_back(test::clientWindow());
+    snapshot.windows.push_back(test::gameWindow());
+    rig.content.setContent(snapshot);
+    rig.settings->setResolution(LeagueShareResolution::p1080);
+    rig.coordinator->start();
+    if (rig.streams.lastStream() == nullptr) {
         std::fprintf(stderr, "the share did not start\n");
         return 1;
     }
     // One 1080p BGRA picture delivered again and again: the figure is the path's, not the pixels'.
     std::printf("figure share_frame_path_1080p_3_surfaces %.1f us_per_frame\n",
-                microsecondsPerSharedFrame(bench, 60));
+                microsecondsPerSharedFrame(rig, 60));
     const double refreshMs =
-        bench::medianMilliseconds(21, [&] { bench.clock.advance(std::chrono::seconds(1)); });
+        bench::medianMilliseconds(21, [&] { rig.clock.advance(std::chrono::seconds(1)); });
     std::printf("figure share_refresh_300_windows %.3f ms\n", refreshMs);
-    QCoro::waitFor(bench.coordinator.stopSharing());
+    QCoro::waitFor(rig.coordinator->stopSharing());
     return 0;
 }

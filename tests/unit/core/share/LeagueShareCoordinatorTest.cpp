@@ -25,6 +25,16 @@ class LeagueShareCoordinatorTest : public testing::Test {
         return *stream;
     }
 
+    // Shares the game to `surface` and shows it one frame; false when the frame could not be delivered.
+    bool shareTheGameWithOneFrame(RecordingSurface& surface) {
+        coordinator().addDisplaySurface(surface);
+        rig.showWindows({gameWindow()});
+        coordinator().start();
+        if (!stream().deliverFrame(1000)) return false;
+        rig.drain();
+        return surface.frames().size() == 1;
+    }
+
     ShareRig rig;
 };
 
@@ -254,11 +264,7 @@ TEST_F(LeagueShareCoordinatorTest, aFailedStartTellsWhyAndIsRetriedOnlyWhenSomet
 
 TEST_F(LeagueShareCoordinatorTest, aStreamWhoseWindowWentWaitsAndClearsThePicture) {
     RecordingSurface surface;
-    coordinator().addDisplaySurface(surface);
-    rig.showWindows({gameWindow()});
-    coordinator().start();
-    ASSERT_TRUE(stream().deliverFrame(1000));
-    rig.drain();
+    ASSERT_TRUE(shareTheGameWithOneFrame(surface));
 
     rig.showWindows({});
     rig.tick();
@@ -276,11 +282,7 @@ TEST_F(LeagueShareCoordinatorTest, aStreamWhoseWindowWentWaitsAndClearsThePictur
 
 TEST_F(LeagueShareCoordinatorTest, aRealStopClearsThePictureForLaterSurfaces) {
     RecordingSurface surface;
-    coordinator().addDisplaySurface(surface);
-    rig.showWindows({gameWindow()});
-    coordinator().start();
-    ASSERT_TRUE(stream().deliverFrame(1000));
-    rig.drain();
+    ASSERT_TRUE(shareTheGameWithOneFrame(surface));
 
     rig.stopAndWait();
     EXPECT_EQ(coordinator().status().kind(), Kind::stopped);

@@ -41,7 +41,11 @@ ShareRig::ShareRig()
           LeagueShareEnvironment{access, content, streams, workspace, audioRoute, *settings, clock})) {}
 
 ShareRig::~ShareRig() {
+    // The monitoring loop sleeps on the manual clock; the stop wakes it and lets it end, so that no
+    // suspended coroutine outlives the clock.
+    stopAndWait();
     coordinator.reset();
+    QCoreApplication::processEvents();
 }
 
 void ShareRig::tick() {

@@ -1,14 +1,9 @@
+#include "../share/ShareRig.h"
 #include "ShellTestRig.h"
-#include "base/async/ManualClock.h"
 #include "core/shell/MenuBarModel.h"
 #include "core/shell/MenuBarShareControls.h"
-#include "platform/fake/FakeLeagueShareAudioRoute.h"
-#include "platform/fake/FakeShareableContent.h"
-#include "platform/fake/FakeWindowStream.h"
-#include "platform/fake/FakeWorkspace.h"
 
 #include <QCoreApplication>
-#include <QCoroTask>
 
 #include <gtest/gtest.h>
 
@@ -83,13 +78,8 @@ struct MenuBarShareRig : ShellTestRig {
     MenuBarModel model{RecordingStatus::idle, permissions, storage, windows, presenter, {{}, {}, {}}};
     ApplicationWindowID shareWindow =
         windows.addWindow(QStringLiteral("Kestrum Share"), QStringLiteral("league-share"), false);
-    ManualClock clock;
-    FakeShareableContent content;
-    FakeWindowStreamFactory streams;
-    FakeWorkspace workspace;
-    FakeLeagueShareAudioRoute audioRoute;
-    LeagueShareCoordinator coordinator{LeagueShareEnvironment{screen, content, streams, workspace, audioRoute,
-                                                              LeagueShareSettings(defaults), clock}};
+    ShareRig share;
+    LeagueShareCoordinator& coordinator = *share.coordinator;
 
     MenuBarShareRig() {
         model.attachLeagueShare(coordinator, {[this] { windows.setVisible(shareWindow, true); },
