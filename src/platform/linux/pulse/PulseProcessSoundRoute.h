@@ -39,7 +39,8 @@ class PulseProcessSoundRoute {
     };
 
     // Connects, replaces a null sink of the same name left by an earlier run, makes the sink and starts
-    // the route. An Error when the server cannot be reached or refuses; nothing is left behind then.
+    // the route. An Error when the server cannot be reached or refuses, or when `processId` is this
+    // process; nothing is left behind then.
     static Result<std::shared_ptr<PulseProcessSoundRoute>> open(
         std::int32_t processId, const Names& names,
         std::chrono::milliseconds connectTimeout = PulseMainLoop::kConnectTimeout);
