@@ -2,6 +2,7 @@
 
 #include "platform/linux/pulse/PulseMainLoopLock.h"
 
+#include <pulse/channelmap.h>
 #include <pulse/error.h>
 #include <pulse/introspect.h>
 #include <pulse/operation.h>
@@ -155,6 +156,15 @@ bool PulseMainLoop::awaitAnswer(pa_operation* operation, const std::function<boo
     if (pa_operation_get_state(operation) == PA_OPERATION_RUNNING) pa_operation_cancel(operation);
     pa_operation_unref(operation);
     return answered();
+}
+
+Result<pa_stream*> PulseMainLoop::newStream(const QByteArray& streamName, const pa_sample_spec& sampleSpec) {
+    pa_channel_map channelMap;
+    pa_channel_map_init_auto(&channelMap, sampleSpec.channels, PA_CHANNEL_MAP_DEFAULT);
+    pa_stream* stream = pa_stream_new(context_, streamName.constData(), &sampleSpec, &channelMap);
+    if (stream == nullptr)
+        return makeError(QStringLiteral("The sound server refused a stream: ") + lastErrorText());
+    return stream;
 }
 
 std::optional<std::vector<PulseMainLoop::SourceDescription>> PulseMainLoop::sources(

@@ -4,8 +4,10 @@
 
 #include <pulse/context.h>
 #include <pulse/operation.h>
+#include <pulse/stream.h>
 #include <pulse/thread-mainloop.h>
 
+#include <QByteArray>
 #include <QString>
 
 #include <chrono>
@@ -76,6 +78,10 @@ class PulseMainLoop {
     // `answered` held. The request's callback calls `signal`.
     bool awaitAnswer(pa_operation* operation, const std::function<bool()>& answered,
                      std::chrono::milliseconds timeout = kRequestTimeout);
+
+    // Lock held. A new stream of interleaved `sampleSpec` in the default channel order, not connected;
+    // an Error when the server refused it.
+    Result<pa_stream*> newStream(const QByteArray& streamName, const pa_sample_spec& sampleSpec);
 
     // Any thread but the loop's, lock not held. The server's capture sources, or absent when the server
     // did not answer within `timeout`.

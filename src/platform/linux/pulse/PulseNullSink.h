@@ -34,8 +34,6 @@ class PulseNullSink {
 
     const QByteArray& sinkName() const { return sinkName_; }
     const QString& description() const { return description_; }
-    // The module's index while loaded.
-    std::optional<std::uint32_t> moduleIndex() const { return moduleIndex_; }
 
   private:
     Status unloadStale();
@@ -45,7 +43,7 @@ class PulseNullSink {
     PulseMainLoop& loop_;
     const QByteArray sinkName_;
     const QString description_;
-    std::optional<std::uint32_t> moduleIndex_;
+    std::optional<std::uint32_t> moduleIndex_;  // while loaded
 };
 
 }  // namespace kestrum

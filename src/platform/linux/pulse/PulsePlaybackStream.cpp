@@ -1,7 +1,5 @@
 #include "platform/linux/pulse/PulsePlaybackStream.h"
 
-#include <pulse/channelmap.h>
-
 #include <algorithm>
 #include <cstring>
 
@@ -16,13 +14,9 @@ PulsePlaybackStream::PulsePlaybackStream(PulseMainLoop& loop, const pa_sample_sp
 
 Status PulsePlaybackStream::open(const QByteArray& streamName, const QByteArray& sinkName) {
     close();
-    pa_channel_map channelMap;
-    pa_channel_map_init_auto(&channelMap, sampleSpec_.channels, PA_CHANNEL_MAP_DEFAULT);
-    stream_ = pa_stream_new(loop_.context(), streamName.constData(), &sampleSpec_, &channelMap);
-    if (stream_ == nullptr) {
-        return PulseMainLoop::makeError(QStringLiteral("The sound server refused a stream: ") +
-                                        loop_.lastErrorText());
-    }
+    Result<pa_stream*> made = loop_.newStream(streamName, sampleSpec_);
+    if (!made.ok()) return made.error();
+    stream_ = made.value();
     pa_stream_set_state_callback(stream_, &PulsePlaybackStream::onStateChange, this);
     pa_buffer_attr attributes;
     std::memset(&attributes, 0xff, sizeof attributes);

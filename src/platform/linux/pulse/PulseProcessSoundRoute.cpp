@@ -2,6 +2,8 @@
 
 #include "platform/linux/pulse/PulseMainLoopLock.h"
 
+#include <unistd.h>
+
 namespace kestrum {
 
 namespace {
@@ -13,6 +15,11 @@ constexpr pa_sample_spec kSampleSpec{PA_SAMPLE_FLOAT32LE, 48000, 2};
 
 Result<std::shared_ptr<PulseProcessSoundRoute>> PulseProcessSoundRoute::open(
     std::int32_t processId, const Names& names, std::chrono::milliseconds connectTimeout) {
+    // Our own playback stream into the sink belongs to this process: routing it would feed the sink
+    // back into itself.
+    if (processId == getpid()) {
+        return PulseMainLoop::makeError(QStringLiteral("The sound of Kestrum itself cannot be routed."));
+    }
     Result<std::shared_ptr<PulseMainLoop>> loop =
         PulseMainLoop::connect(names.sinkDescription, connectTimeout);
     if (!loop.ok()) return loop.error();

@@ -20,13 +20,13 @@ namespace kestrum {
 //
 // The added delay is the monitor's fragment, one block of the mix and the playback stream's target:
 // about kPlaybackLatencyUs plus twice PulseSinkInputMix::kBlockMilliseconds, and at most
-// kPlaybackSlackUs more for a moment after a stall. A new stream is first heard
-// once its recording settled (PulseRecordStream::kSettleNs); the backlog the settling held back is dropped
-// rather than played late.
+// kPlaybackSlackUs more for a moment after a stall. A new stream is first heard once its recording
+// settled (PulseRecordStream::kSettleNs), and the mix waits for it meanwhile; what of that backlog goes
+// past the slack is dropped rather than played late.
 //
 // Threads: `open` and `close` block on the sound server (bounded by its timeouts) and run on any thread
-// but the loop's, never the main thread; the mix runs on the loop thread. `close` runs before destruction,
-// or the destructor does it.
+// but the loop's; the mix runs on the loop thread. `close` runs before destruction, or the destructor
+// does it.
 class PulseProcessSoundRoute {
   public:
     // The playback stream's queue: its target, and how far past it a burst may go before blocks drop.
@@ -39,7 +39,8 @@ class PulseProcessSoundRoute {
     };
 
     // Connects, replaces a null sink of the same name left by an earlier run, makes the sink and starts
-    // the route. An Error when the server cannot be reached or refuses; nothing is left behind then.
+    // the route. An Error when the server cannot be reached or refuses, or when `processId` is this
+    // process; nothing is left behind then.
     static Result<std::shared_ptr<PulseProcessSoundRoute>> open(
         std::int32_t processId, const Names& names,
         std::chrono::milliseconds connectTimeout = PulseMainLoop::kConnectTimeout);

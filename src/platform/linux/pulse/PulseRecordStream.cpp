@@ -1,7 +1,5 @@
 #include "platform/linux/pulse/PulseRecordStream.h"
 
-#include <pulse/channelmap.h>
-
 #include <algorithm>
 #include <cstring>
 
@@ -43,13 +41,9 @@ Status PulseRecordStream::connect(const QByteArray& streamName, const QByteArray
                                   std::optional<std::uint32_t> monitoredSinkInput,
                                   pa_stream_flags_t extraFlags) {
     close();
-    pa_channel_map channelMap;
-    pa_channel_map_init_auto(&channelMap, sampleSpec_.channels, PA_CHANNEL_MAP_DEFAULT);
-    stream_ = pa_stream_new(loop_.context(), streamName.constData(), &sampleSpec_, &channelMap);
-    if (stream_ == nullptr) {
-        return PulseMainLoop::makeError(QStringLiteral("The sound server refused a stream: ") +
-                                        loop_.lastErrorText());
-    }
+    Result<pa_stream*> made = loop_.newStream(streamName, sampleSpec_);
+    if (!made.ok()) return made.error();
+    stream_ = made.value();
     pa_stream_set_state_callback(stream_, &PulseRecordStream::onStateChange, this);
     pa_stream_set_read_callback(stream_, &PulseRecordStream::onRead, this);
     pa_stream_set_overflow_callback(stream_, &PulseRecordStream::onOverflow, this);

@@ -21,6 +21,8 @@ namespace {
 
 const QString kShareMonitor = QStringLiteral("kestrum_share.monitor");
 const QString kSpeakerMonitor = QStringLiteral("kestrum_null.monitor");
+// A process id no process of the test plays sound under.
+constexpr std::int32_t kSilentProcess = 999'999;
 
 QString pactl(const QStringList& arguments) {
     QProcess process;
@@ -110,7 +112,7 @@ TEST_F(PulseLeagueShareAudioRouteTest, TheSinkComesAndGoesWithTheRouteAndNeverTw
         std::function<void()> act;
         int sinksAfter;
     };
-    const auto started = [this] { EXPECT_TRUE(start(std::int32_t(getpid())).ok()); };
+    const auto started = [this] { EXPECT_TRUE(start(kSilentProcess).ok()); };
     const auto stopped = [this] { stop(); };
     const auto leftByACrash = [] {
         pactl({QStringLiteral("load-module"), QStringLiteral("module-null-sink"),
@@ -133,22 +135,25 @@ TEST_F(PulseLeagueShareAudioRouteTest, TheSinkComesAndGoesWithTheRouteAndNeverTw
     }
 }
 
-TEST_F(PulseLeagueShareAudioRouteTest, TheMonitorIsNamedForPickers) {
-    ASSERT_TRUE(start(std::int32_t(getpid())).ok());
+TEST_F(PulseLeagueShareAudioRouteTest, TheMonitorIsNamedForPickersAndOurOwnSoundIsRefused) {
+    const Status ours = start(std::int32_t(getpid()));
+    ASSERT_FALSE(ours.ok());
+    EXPECT_EQ(shareSinks(), 0) << "a refused start leaves nothing behind";
+    ASSERT_TRUE(start(kSilentProcess).ok());
     EXPECT_TRUE(pactl({QStringLiteral("list"), QStringLiteral("sources")})
                     .contains(QStringLiteral("Description: Monitor of Kestrum Share")));
     stop();
 }
 
 TEST_F(PulseLeagueShareAudioRouteTest, AServerThatDiesUnderTheRouteLetsItStopAndStartAnew) {
-    ASSERT_TRUE(start(std::int32_t(getpid())).ok());
+    ASSERT_TRUE(start(kSilentProcess).ok());
     server_.stop();
     const auto stoppedAt = std::chrono::steady_clock::now();
     stop();
     EXPECT_LT(std::chrono::steady_clock::now() - stoppedAt, PulseMainLoop::kRequestTimeout);
     EXPECT_EQ(route_.route(), nullptr);
     ASSERT_TRUE(server_.start());
-    EXPECT_TRUE(start(std::int32_t(getpid())).ok());
+    EXPECT_TRUE(start(kSilentProcess).ok());
     EXPECT_EQ(shareSinks(), 1);
 }
 
@@ -163,7 +168,7 @@ TEST(PulseLeagueShareAudioRouteUnreachable, StartingIsAnErrorWithinTheTimeoutWhe
         qputenv("PULSE_SERVER", (QStringLiteral("unix:") + folder + socket).toLocal8Bit());
         PulseLeagueShareAudioRoute route(std::chrono::milliseconds(1000));
         const auto startedAt = std::chrono::steady_clock::now();
-        const Status status = QCoro::waitFor(route.start(std::int32_t(getpid())));
+        const Status status = QCoro::waitFor(route.start(kSilentProcess));
         EXPECT_LT(std::chrono::steady_clock::now() - startedAt, std::chrono::seconds(3));
         ASSERT_FALSE(status.ok()) << socket.toStdString();
         EXPECT_FALSE(status.error().description.isEmpty());
