@@ -4,8 +4,8 @@ import Kestrum.Shell
 
 // The tray's panel: "Kestrum" with the recorder's status word and mark, the storage warning, the
 // permission line, "Open Dashboard", the League Share controls (its status, start or stop, pause or
-// resume; disabled, with why, when it cannot run), then "Settings" and "Quit". Everything shown and every
-// command comes from the model.
+// resume; disabled, with why, when it cannot run; "About Kestrum Share" shows what it is for), then
+// "Settings" and "Quit". Everything shown and every command comes from the model.
 Rectangle {
     id: view
 
@@ -103,27 +103,65 @@ Rectangle {
                 width: parent.width - 2 * Style.spacingM
                 spacing: Style.spacingS
 
-                Row {
-                    spacing: Style.spacingXS
+                Item {
+                    width: parent.width
+                    height: Math.max(shareHeader.implicitHeight, aboutShare.height)
 
+                    Row {
+                        id: shareHeader
+
+                        anchors.verticalCenter: parent.verticalCenter
+                        spacing: Style.spacingXS
+
+                        LucideIcon {
+                            anchors.verticalCenter: parent.verticalCenter
+                            width: Style.iconMedium
+                            height: Style.iconMedium
+                            symbolName: view.model.aboutShareSymbol
+                            color: Style.textSecondary
+                        }
+
+                        Text {
+                            anchors.verticalCenter: parent.verticalCenter
+                            text: view.model.aboutShareHeader
+                            font: Style.calloutSemibold
+                            color: Style.textSecondary
+                        }
+                    }
+
+                    // "About Kestrum Share": shows or hides the share's explanation under this line.
                     LucideIcon {
+                        id: aboutShare
+
+                        objectName: "aboutShare"
+                        anchors.right: parent.right
                         anchors.verticalCenter: parent.verticalCenter
                         width: Style.iconMedium
                         height: Style.iconMedium
-                        symbolName: view.model.aboutShareSymbol
-                        color: Style.textSecondary
-                    }
+                        symbolName: "questionmark.circle"
+                        color: aboutHover.hovered || view.model.isShareInformationShown ? Style.accent
+                                                                                         : Style.textTertiary
+                        Accessible.role: Accessible.Button
+                        Accessible.name: view.model.aboutShareTitle
+                        Accessible.onPressAction: view.model.isShareInformationShown = !view.model.isShareInformationShown
 
-                    Text {
-                        anchors.verticalCenter: parent.verticalCenter
-                        text: view.model.aboutShareHeader
-                        font: Style.calloutSemibold
-                        color: Style.textSecondary
+                        HoverHandler {
+                            id: aboutHover
+
+                            cursorShape: Qt.PointingHandCursor
+                        }
+
+                        TapHandler {
+                            margin: Style.spacingXS
+                            onTapped: view.model.isShareInformationShown = !view.model.isShareInformationShown
+                        }
                     }
                 }
 
                 NoteLine {
+                    objectName: "aboutShareText"
                     width: parent.width
+                    visible: view.model.isShareInformationShown
                     text: view.model.aboutShareText
                     ink: Style.textTertiary
                 }

@@ -233,6 +233,14 @@ TEST_F(ShellViews, ThePanelsShareControlsDriveLeagueShare) {
     harness_.click(QmlViewHarness::centreOf(*item(QStringLiteral("startShare"))));
     EXPECT_FALSE(coordinator.isRunning());
     EXPECT_EQ(hides, 1);
+
+    // "About Kestrum Share" shows what the share is for, and hides it again.
+    EXPECT_FALSE(item(QStringLiteral("aboutShareText"))->isVisible());
+    for (const bool shown : {true, false}) {
+        harness_.click(QmlViewHarness::centreOf(*item(QStringLiteral("aboutShare"))));
+        EXPECT_EQ(item(QStringLiteral("aboutShareText"))->isVisible(), shown);
+        EXPECT_EQ(models_.menuBar.isShareInformationShown(), shown);
+    }
 }
 
 TEST_F(ShellViews, TheSettingsFormShowsEverySectionAndItsTexts) {
