@@ -5,6 +5,7 @@
 #include "ClockStripe.h"
 #include "EndToEndRig.h"
 #include "PointerPressRecorder.h"
+#include "PulseTones.h"
 #include "support/TestEnvironment.h"
 #include "support/X11Desktop.h"
 
@@ -108,6 +109,59 @@ TEST_F(ShareSimulatedGame, TheShareWindowMirrorsTheGameAndLetsClicksThrough) {
     EXPECT_TRUE(waitUntil([&] { return recorder.presses() == 1; }, 5000));
     rig_.killGame();
     EXPECT_TRUE(rig_.stopKestrum());
+}
+
+// The loudest tenth of a second at `hz` in `samples`: the simulator's tone sounds for a tenth at every game
+// second, another program's tone all the time.
+double loudestTenthAt(const std::vector<float>& samples, double hz) {
+    double loudest = 0;
+    for (std::size_t start = 0; start + kToneRate / 10 <= samples.size(); start += kToneRate / 10) {
+        loudest = std::max(loudest, amplitudeOf(samples, hz, start, start + kToneRate / 10));
+    }
+    return loudest;
+}
+
+TEST_F(ShareSimulatedGame, TheShareSinkCarriesTheGamesSoundAndNoOtherProgramsSound) {
+    ASSERT_TRUE(rig_.startGame(kScripts + QStringLiteral("sixty-seconds.json")));
+    ASSERT_TRUE(rig_.runAnotherLaunch({QStringLiteral("--share")}));
+    // "System audio" is on by default: the sink comes with the game's stream.
+    ASSERT_TRUE(waitUntil(
+        [] {
+            return toolOutput(QStringLiteral("pactl"),
+                              {QStringLiteral("list"), QStringLiteral("short"), QStringLiteral("sinks")})
+                .contains(QStringLiteral("kestrum_share"));
+        },
+        30000))
+        << "no \"Kestrum Share\" sink";
+    // The game's tone sounds once its clock runs, after the loading screen; the recording starts then too.
+    ASSERT_TRUE(rig_.waitForKestrumLine(QStringLiteral("timeline starting at relative"), 30000));
+    // Another program plays a tone of its own meanwhile, to the user's speakers.
+    OtherProcessTone chat;
+    ASSERT_TRUE(chat.start(660, 8));
+    processEventsFor(1000);
+    SourceRecording share;
+    SourceRecording speakers;
+    ASSERT_TRUE(share.start(QStringLiteral("kestrum_share.monitor")));
+    ASSERT_TRUE(speakers.start(QStringLiteral("@DEFAULT_MONITOR@")));
+    processEventsFor(4000);
+    const std::vector<float> shared = share.finish();
+    const std::vector<float> heard = speakers.finish();
+    ASSERT_GE(shared.size(), std::size_t{2 * kToneRate});
+    std::printf(
+        "share sink: game tone %.3f, other program's tone %.4f; speakers: other program's tone %.3f\n",
+        loudestTenthAt(shared, 880), loudestTenthAt(shared, 660), loudestTenthAt(heard, 660));
+    EXPECT_GT(loudestTenthAt(heard, 660), 0.05) << "the other program's tone did not play";
+    EXPECT_GT(loudestTenthAt(shared, 880), 0.05) << "the game's tone is not on the share's sink";
+    // The game's tone starts and ends within a tenth, which spreads a little of it (about 2%) to 660 Hz;
+    // the other program's tone itself would read 0.3.
+    EXPECT_LT(loudestTenthAt(shared, 660), 0.03) << "another program's sound reached the share's sink";
+
+    rig_.killGame();
+    EXPECT_TRUE(rig_.stopKestrum());
+    EXPECT_FALSE(toolOutput(QStringLiteral("pactl"),
+                            {QStringLiteral("list"), QStringLiteral("short"), QStringLiteral("sinks")})
+                     .contains(QStringLiteral("kestrum_share")))
+        << "the sink outlived the share";
 }
 
 }  // namespace
