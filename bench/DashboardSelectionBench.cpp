@@ -9,6 +9,7 @@
 // Each is the median of several runs. The picture on screen is checked afterwards, untimed: a wrong
 // frame is reported on stderr. Asserts nothing.
 #include "ClockStripe.h"
+#include "DashboardViewSetup.h"
 #include "EventLoopWaits.h"
 #include "MadeUpLibrary.h"
 #include "StripeMovies.h"
@@ -21,7 +22,6 @@
 #include "media/mpv/MpvVideoPlayerItem.h"
 #include "platform/fake/FakeFileActions.h"
 #include "support/DisplayServers.h"
-#include "ui/KestrumUi.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -179,18 +179,10 @@ int main(int argc, char** argv) {
     DashboardController controller({defaults, clock, players, files, notifications}, library,
                                    cachedDetailLoads(), folder.path());
     QQmlEngine engine;
-    ui::registerQmlModules(engine);
-    QQuickView view(&engine, nullptr);
-    view.setResizeMode(QQuickView::SizeRootObjectToView);
-    view.resize(1280, 800);
-    view.setInitialProperties({{QStringLiteral("controller"), QVariant::fromValue(&controller)}});
-    view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Kestrum/Dashboard/DashboardView.qml")));
-    if (view.status() != QQuickView::Ready) {
-        std::fputs("kestrum-bench-dashboard-selection: the view did not load\n", stderr);
-        return 1;
-    }
-    controller.appear();
-    view.show();
+    const std::unique_ptr<QQuickView> shown =
+        bench::showDashboardView(engine, controller, "kestrum-bench-dashboard-selection");
+    if (!shown) return 1;
+    QQuickView& view = *shown;
     if (!waitFor([&] { return controller.sidebar()->cards()->count() == kRecordings; })) {
         std::fputs("kestrum-bench-dashboard-selection: the library did not show\n", stderr);
         return 1;

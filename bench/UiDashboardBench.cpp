@@ -9,6 +9,7 @@
 //                                              selected (its player a fake: no movie decodes here)
 // The selection's time to a first movie frame is measured with the mpv players by
 // kestrum-bench-dashboard-selection. Asserts nothing.
+#include "DashboardViewSetup.h"
 #include "MadeUpLibrary.h"
 #include "base/async/SystemClock.h"
 #include "core/dashboard/DashboardController.h"
@@ -16,7 +17,6 @@
 #include "core/notifications/NotificationCenter.h"
 #include "core/settings/UserDefaults.h"
 #include "platform/fake/FakeFileActions.h"
-#include "ui/KestrumUi.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -100,18 +100,10 @@ int main(int argc, char** argv) {
     DashboardController controller({defaults, clock, players, files, notifications}, library, loads,
                                    QStringLiteral("/recordings"));
     QQmlEngine engine;
-    ui::registerQmlModules(engine);
-    QQuickView view(&engine, nullptr);
-    view.setResizeMode(QQuickView::SizeRootObjectToView);
-    view.resize(1280, 800);
-    view.setInitialProperties({{QStringLiteral("controller"), QVariant::fromValue(&controller)}});
-    view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Kestrum/Dashboard/DashboardView.qml")));
-    if (view.status() != QQuickView::Ready) {
-        std::fputs("kestrum-bench-ui-dashboard: the view did not load\n", stderr);
-        return 1;
-    }
-    controller.appear();
-    view.show();
+    const std::unique_ptr<QQuickView> shown =
+        bench::showDashboardView(engine, controller, "kestrum-bench-ui-dashboard");
+    if (!shown) return 1;
+    QQuickView& view = *shown;
     QElapsedTimer settling;
     settling.start();
     while (controller.sidebar()->cards()->count() < kRecordings && settling.elapsed() < 10000)
