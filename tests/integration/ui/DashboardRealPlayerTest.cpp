@@ -21,11 +21,7 @@ class DashboardRealPlayerTest : public testing::Test {
   protected:
     void SetUp() override {
         KESTRUM_REQUIRE_DISPLAY();
-        if (!QFile::exists(movies.clock())) {
-            if (qEnvironmentVariable("KESTRUM_REQUIRE_MEDIA") == QLatin1String("1"))
-                FAIL() << "no test movies";
-            GTEST_SKIP() << "the test movies were not written (no HEVC encoder?)";
-        }
+        KESTRUM_REQUIRE_PLAYER_TEST_MOVIES(movies);
     }
 
     void TearDown() override {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFile>
 #include <QImage>
 #include <QPointF>
 #include <QQmlEngine>
@@ -26,6 +27,17 @@ void setDisplayMissing(const QString& reason);
         if (!::kestrum::test::displayMissing().isEmpty()) {                                     \
             GTEST_SKIP() << "no X server: " << ::kestrum::test::displayMissing().toStdString(); \
         }                                                                                       \
+    } while (false)
+
+// Skips a player test when the build wrote no test movies (no HEVC encoder); in CI, where every encoder is
+// installed, fails it instead.
+#define KESTRUM_REQUIRE_PLAYER_TEST_MOVIES(movies)                                   \
+    do {                                                                             \
+        if (!QFile::exists((movies).clock())) {                                      \
+            if (qEnvironmentVariable("KESTRUM_REQUIRE_MEDIA") == QLatin1String("1")) \
+                FAIL() << "no test movies";                                          \
+            GTEST_SKIP() << "the test movies were not written (no HEVC encoder?)";   \
+        }                                                                            \
     } while (false)
 
 // One view under test: a QML engine that imports the application's modules, a real window on the test's

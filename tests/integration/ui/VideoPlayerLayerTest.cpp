@@ -20,11 +20,7 @@ class VideoPlayerLayerTest : public testing::Test {
   protected:
     void SetUp() override {
         KESTRUM_REQUIRE_DISPLAY();
-        if (!QFile::exists(movies.clock())) {
-            if (qEnvironmentVariable("KESTRUM_REQUIRE_MEDIA") == QLatin1String("1"))
-                FAIL() << "no test movies";
-            GTEST_SKIP() << "the test movies were not written (no HEVC encoder?)";
-        }
+        KESTRUM_REQUIRE_PLAYER_TEST_MOVIES(movies);
     }
 
     const PlayerTestMovies movies{QStringLiteral(KESTRUM_PLAYER_TEST_MOVIES)};
