@@ -31,8 +31,15 @@ struct EncoderOption {
 // Every encoder runs in this time base, fine enough for any capture rate with variable frame timing.
 inline constexpr AVRational kVideoEncoderTimeBase{1, 90000};
 
-// Every encoder but libx265 (whose workers lower themselves) is opened on a thread of this name whose
-// nice value is this much above the caller's; the threads the encoder starts inherit both.
+// Every encoder is opened on a thread of this name whose nice value is this much above the caller's;
+// the threads the encoder starts inherit both. Five steps give a thread a third of the scheduler weight
+// of one at the caller's value (335 against 1024): where a capture thread and an encoder thread share a
+// core, the capture thread wins the wake-ups and three quarters of the time, and the encoder, whose
+// threads fill both cores, still keeps a quarter of each core against busy threads of the caller's
+// value, enough to catch up from its queue. Ten steps (weight 110) would leave it under a tenth and
+// let it fall behind for good whenever other work at the caller's value keeps both cores busy. With the
+// kernel's autogroups, a game in another session weighs against Kestrum as a whole: there the value only
+// orders Kestrum's own threads, which is all this is for.
 inline constexpr const char* kEncoderThreadName = "kestrum-encoder";
 inline constexpr int kEncoderNiceIncrement = 5;
 
