@@ -7,6 +7,13 @@
 
 namespace kestrum::bench {
 
+// The median of `samples` (the upper one of an even count); 0 for none.
+inline double median(std::vector<double> samples) {
+    if (samples.empty()) return 0;
+    std::sort(samples.begin(), samples.end());
+    return samples[samples.size() / 2];
+}
+
 // The median wall time of `runs` runs of `body`, in milliseconds. `between`, when given, runs untimed
 // after each run (to settle work a run left behind, so that no run pays for the one before).
 inline double medianMilliseconds(int runs, const std::function<void()>& body,

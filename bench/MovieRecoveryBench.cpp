@@ -1,11 +1,16 @@
-// The two ways of keeping a movie that a crash cut off, measured on one movie. Writes a clip with the
-// movie writer (720p30 by default; KESTRUM_BENCH_SECONDS long, 20 by default), then:
-// - the stop: how long the writer's finish takes (the journal adds nothing to it);
+// What crash safety costs and the two ways of keeping a movie that a crash cut off, measured on one
+// clip (720p30, KESTRUM_BENCH_SECONDS long, 20 by default):
+// - the cost: the clip and one of half its length written with and without the journal (and its
+//   syncs), alternately, KESTRUM_BENCH_RUNS times (3 by default); the process's CPU time over each write
+//   gives the ratio with/without (median of the pairs), and the finish (the stop) is timed alone. The
+//   finish's growth from the half clip to the whole one, per video packet, is extrapolated to a
+//   60-minute 1080p60 recording, since the index the finish writes holds an entry per packet;
 // - the journal's way: the movie cut just before its index, as a kill leaves it, rebuilt in place from
 //   its journal (milliseconds, and per gigabyte of movie);
 // - the fragmented way: the same media as a fragmented QuickTime movie (made with the ffmpeg program),
 //   remuxed into a regular movie by the ffmpeg program as a stop would have to, per gigabyte, and
 //   extrapolated to a 60-minute 1080p60 movie at the writer's bit rate for it.
+#include "BenchTiming.h"
 #include "SyntheticFrames.h"
 #include "media/MovieOutputSettings.h"
 #include "media/ffmpeg/FfmpegMovieRecovery.h"
@@ -15,6 +20,8 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
+
+#include <sys/resource.h>
 
 #include <chrono>
 #include <cstdio>
@@ -37,25 +44,81 @@ void figure(const char* name, double value, const char* unit) {
     std::printf("figure %s %.3f %s\n", name, value, unit);
 }
 
-// Writes the clip; gives the seconds the finish took, absent on a failure.
-std::optional<double> writeClip(const QString& path, double clipSeconds) {
-    auto created = ffmpeg::FfmpegMovieWriterFactory().createWriter(path, MovieFileType::quickTimeMovie);
+double processCpuSeconds() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
+
+struct ClipCost {
+    double finishSeconds = 0;
+    double cpuSeconds = 0;  // of the whole process, from the writer's creation to its end
+};
+
+// Writes the clip of `frameCount` frames; absent on a failure.
+std::optional<ClipCost> writeClip(const QString& path, int frameCount, ffmpeg::CrashSafety crashSafety,
+                                  const std::vector<std::shared_ptr<const PixelBuffer>>& frames) {
+    const double cpuAtStart = processCpuSeconds();
+    auto created =
+        ffmpeg::FfmpegMovieWriterFactory(crashSafety).createWriter(path, MovieFileType::quickTimeMovie);
     if (!created.ok()) return std::nullopt;
     std::unique_ptr<MovieWriter> writer = std::move(created).value();
     auto input =
         writer->addInput(videoOutputSettings(OutputResolution::p720, OutputFrameRate::fps30, 1280, 720));
     if (!input || !writer->startWriting()) return std::nullopt;
-    const auto frames = bench::makeFrames(1280, 720, 30);
     writer->startSession(0);
     const HostTimeNs frameNs = 1'000'000'000 / 30;
-    for (int index = 0; index < static_cast<int>(clipSeconds * 30); ++index) {
+    for (int index = 0; index < frameCount; ++index) {
         while (!input->isReadyForMoreMediaData()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
         input->append(frames[static_cast<std::size_t>(index) % frames.size()], index * frameNs);
     }
     const auto finishing = std::chrono::steady_clock::now();
     writer->finishWriting().waitForFinished();
     if (writer->status() != MovieWriterStatus::completed) return std::nullopt;
-    return secondsSince(finishing);
+    ClipCost cost;
+    cost.finishSeconds = secondsSince(finishing);
+    writer.reset();
+    cost.cpuSeconds = processCpuSeconds() - cpuAtStart;
+    return cost;
+}
+
+// The finishes (milliseconds) and CPU ratios of clips written with and without the journal, alternately.
+struct CostSamples {
+    std::vector<double> finishMsWith;
+    std::vector<double> finishMsWithout;
+    std::vector<double> cpuRatios;
+};
+
+std::optional<CostSamples> measureCosts(const QTemporaryDir& folder, int frameCount, int runs,
+                                        const std::vector<std::shared_ptr<const PixelBuffer>>& frames) {
+    CostSamples samples;
+    const QString with = folder.filePath(QStringLiteral("with.mov"));
+    const QString without = folder.filePath(QStringLiteral("without.mov"));
+    for (int run = 0; run < runs; ++run) {
+        // The order alternates too, so that neither way always follows the other's leftovers.
+        const bool journaledFirst = run % 2 == 0;
+        std::optional<ClipCost> first =
+            writeClip(journaledFirst ? with : without, frameCount,
+                      journaledFirst ? ffmpeg::CrashSafety::journaled : ffmpeg::CrashSafety::off, frames);
+        std::optional<ClipCost> second =
+            writeClip(journaledFirst ? without : with, frameCount,
+                      journaledFirst ? ffmpeg::CrashSafety::off : ffmpeg::CrashSafety::journaled, frames);
+        if (!first || !second) return std::nullopt;
+        const ClipCost& journaled = journaledFirst ? *first : *second;
+        const ClipCost& plain = journaledFirst ? *second : *first;
+        samples.finishMsWith.push_back(journaled.finishSeconds * 1000);
+        samples.finishMsWithout.push_back(plain.finishSeconds * 1000);
+        samples.cpuRatios.push_back(journaled.cpuSeconds / plain.cpuSeconds);
+    }
+    return samples;
+}
+
+// The finish of a 60-minute 1080p60 recording: the whole clip's, plus its growth per frame over the
+// frames a 60-minute 1080p60 recording has beyond the clip's.
+double finishMsFor60MinutesAt60(double halfClipMs, double clipMs, int clipFrames) {
+    const double growthMsPerFrame = std::max(0.0, (clipMs - halfClipMs) / (clipFrames - clipFrames / 2));
+    return clipMs + growthMsPerFrame * (60.0 * 60 * 60 - clipFrames);
 }
 
 // The offset of the top-level "moov" atom; absent when there is none.
@@ -88,14 +151,35 @@ bool runFfmpeg(const QStringList& arguments) {
 int main() {
     const char* secondsText = std::getenv("KESTRUM_BENCH_SECONDS");
     const double clipSeconds = secondsText ? std::max(2.0, std::atof(secondsText)) : 20.0;
+    const char* runsText = std::getenv("KESTRUM_BENCH_RUNS");
+    const int runs = runsText ? std::max(1, std::atoi(runsText)) : 3;
+    const int clipFrames = static_cast<int>(clipSeconds * 30);
     QTemporaryDir folder;
-    const QString movie = folder.filePath(QStringLiteral("clip.mov"));
-    const std::optional<double> finishSeconds = writeClip(movie, clipSeconds);
-    if (!finishSeconds) {
+    const auto frames = bench::makeFrames(1280, 720, 30);
+    const std::optional<CostSamples> half = measureCosts(folder, clipFrames / 2, runs, frames);
+    const std::optional<CostSamples> whole = measureCosts(folder, clipFrames, runs, frames);
+    if (!whole || !half) {
         std::fprintf(stderr, "the writer failed\n");
         return 1;
     }
-    figure("writer_finish_ms", *finishSeconds * 1000, "ms");
+    const double finishWith = bench::median(whole->finishMsWith);
+    const double finishWithout = bench::median(whole->finishMsWithout);
+    figure("journal_cpu_ratio", bench::median(whole->cpuRatios), "x");
+    figure("writer_finish_ms_with_journal", finishWith, "ms");
+    figure("writer_finish_ms_without_journal", finishWithout, "ms");
+    figure("writer_finish_ms_half_clip_with_journal", bench::median(half->finishMsWith), "ms");
+    figure("writer_finish_ms_half_clip_without_journal", bench::median(half->finishMsWithout), "ms");
+    figure("writer_finish_ms_60min_1080p60_with_journal",
+           finishMsFor60MinutesAt60(bench::median(half->finishMsWith), finishWith, clipFrames), "ms");
+    figure("writer_finish_ms_60min_1080p60_without_journal",
+           finishMsFor60MinutesAt60(bench::median(half->finishMsWithout), finishWithout, clipFrames), "ms");
+
+    // The last journaled clip, a whole one, serves the ways of recovering.
+    const QString movie = folder.filePath(QStringLiteral("with.mov"));
+    if (!QFile::exists(movie + ".journal")) {
+        std::fprintf(stderr, "the journaled clip has no journal\n");
+        return 1;
+    }
     const double movieBytes = static_cast<double>(QFileInfo(movie).size());
 
     // The journal's way. A copy keeps the finished movie for the other way.

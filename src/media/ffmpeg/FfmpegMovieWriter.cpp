@@ -30,9 +30,9 @@ bool isSupported(const AudioOutputSettings& settings) {
 
 }  // namespace
 
-Result<std::unique_ptr<MovieWriter>> FfmpegMovieWriter::create(const QString& path) {
+Result<std::unique_ptr<MovieWriter>> FfmpegMovieWriter::create(const QString& path, CrashSafety crashSafety) {
     auto state = std::make_shared<WriterState>();
-    Result<std::shared_ptr<FfmpegMuxer>> muxer = FfmpegMuxer::create(path, state);
+    Result<std::shared_ptr<FfmpegMuxer>> muxer = FfmpegMuxer::create(path, state, crashSafety);
     if (!muxer.ok()) return muxer.error();
     return std::unique_ptr<MovieWriter>(
         new FfmpegMovieWriter(path, std::move(state), std::move(muxer).value()));

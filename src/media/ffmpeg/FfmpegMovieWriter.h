@@ -18,7 +18,8 @@ namespace kestrum::ffmpeg {
 // interleaving into the "mov" muxer. See `MovieWriter` for the contract and the threads of each call.
 class FfmpegMovieWriter final : public MovieWriter {
   public:
-    static Result<std::unique_ptr<MovieWriter>> create(const QString& path);
+    static Result<std::unique_ptr<MovieWriter>> create(const QString& path,
+                                                       CrashSafety crashSafety = CrashSafety::journaled);
     ~FfmpegMovieWriter() override;
 
     QString outputPath() const override { return path_; }

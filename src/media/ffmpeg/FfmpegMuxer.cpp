@@ -15,7 +15,8 @@ namespace kestrum::ffmpeg {
 using Clock = std::chrono::steady_clock;
 
 Result<std::shared_ptr<FfmpegMuxer>> FfmpegMuxer::create(const QString& path,
-                                                         std::shared_ptr<WriterState> state) {
+                                                         std::shared_ptr<WriterState> state,
+                                                         CrashSafety crashSafety) {
     const QFileInfo folder(QFileInfo(path).absolutePath());
     if (!folder.isDir()) {
         return writerError(
@@ -29,12 +30,19 @@ Result<std::shared_ptr<FfmpegMuxer>> FfmpegMuxer::create(const QString& path,
         return ffmpegError(result < 0 ? result : AVERROR_MUXER_NOT_FOUND,
                            QStringLiteral("Could not create the QuickTime muxer"));
     }
-    return std::shared_ptr<FfmpegMuxer>(new FfmpegMuxer(path, std::move(state), context));
+    // The packets reach the "mov" muxer through av_write_frame, already in file order, and FFmpeg 5.1's
+    // muxer writes each one's bytes at once (it buffers only when fragmenting): libavformat's own
+    // interleaving queue, whose window this is (10 s by default), never holds a packet. It gets the same
+    // window all the same, so that av_interleaved_write_frame could never bring the 10 seconds back.
+    context->max_interleave_delta = kInterleaveWindowUs;
+    return std::shared_ptr<FfmpegMuxer>(new FfmpegMuxer(path, std::move(state), context, crashSafety));
 }
 
-FfmpegMuxer::FfmpegMuxer(QString path, std::shared_ptr<WriterState> state, AVFormatContext* context)
+FfmpegMuxer::FfmpegMuxer(QString path, std::shared_ptr<WriterState> state, AVFormatContext* context,
+                         CrashSafety crashSafety)
     : path_(std::move(path)),
       state_(std::move(state)),
+      journaled_(crashSafety == CrashSafety::journaled),
       context_(context),
       queue_(std::numeric_limits<std::int64_t>::max()) {}
 
@@ -68,13 +76,15 @@ Status FfmpegMuxer::open() {
         closeFile();
         return ffmpegError(result, QStringLiteral("Could not write the movie header"));
     }
-    const Status synced = output_->sync();
-    if (!synced.ok()) {
-        closeFile();
-        return synced;
+    if (journaled_) {
+        const Status synced = output_->sync();
+        if (!synced.ok()) {
+            closeFile();
+            return synced;
+        }
+        openJournal();
+        (void)journal_.commit(0);
     }
-    openJournal();
-    (void)journal_.commit(0);
     interleaver_.emplace(static_cast<int>(context_->nb_streams), kInterleaveWindowUs);
     lastSync_ = Clock::now();
     thread_ = std::thread([this] {
@@ -161,7 +171,7 @@ void FfmpegMuxer::write(Entry& entry) {
     if (result < 0) return fail(result, QStringLiteral("Could not write to the movie file"));
     noted.size = static_cast<std::uint32_t>(avio_tell(context_->pb) - noted.fileOffset);
     if (noted.size > 0) journal_.note(noted);
-    hasUnsyncedWrites_ = true;
+    hasUnsyncedWrites_ = journaled_;
 }
 
 void FfmpegMuxer::fail(int averror, const QString& what) {
@@ -196,7 +206,7 @@ void FfmpegMuxer::sync() {
 }
 
 void FfmpegMuxer::finalize() {
-    if (state_->isWriting()) {
+    if (state_->isWriting() && journaled_) {
         // Everything is durable and journaled before the index is written: a failure while writing it
         // (a full disk) still leaves a movie that can be rebuilt.
         hasUnsyncedWrites_ = true;
@@ -205,7 +215,7 @@ void FfmpegMuxer::finalize() {
     if (state_->isWriting()) {
         int result = av_write_trailer(context_);
         if (result >= 0 && context_->pb->error < 0) result = context_->pb->error;
-        if (result >= 0) {
+        if (result >= 0 && journaled_) {
             const Status synced = output_->sync();
             if (!synced.ok()) result = synced.error().code;
         }

@@ -22,6 +22,11 @@ extern "C" {
 
 namespace kestrum::ffmpeg {
 
+// Whether a writer keeps its movie recoverable after a crash (the journal and the syncs every
+// `FfmpegMuxer::kSyncInterval`). The product always does; `off` writes the movie as a writer without
+// crash safety would, trailer and close only, so that a benchmark can weigh what the safety costs.
+enum class CrashSafety { journaled, off };
+
 // The container side of a writer: libavformat's "mov" muxer and the single thread that interleaves
 // the encoders' packets into the file. Streams are added, then `open` writes the header once every
 // stream is configured and starts the thread. Encoder threads hand packets over with `submit` and end
@@ -42,12 +47,16 @@ namespace kestrum::ffmpeg {
 class FfmpegMuxer {
   public:
     static constexpr std::chrono::milliseconds kSyncInterval{500};
-    // With a sync every half second and the encoder's own delay, a kill loses under 2 s even when one
-    // stream has stalled.
-    static constexpr std::int64_t kInterleaveWindowUs = 1'000'000;
+    // What a kill loses is this window, up to one sync interval, the encoder's delay (a few frames) and
+    // the packet each input holds back for its duration. At a second the total came to 2.3 s on a
+    // loaded machine with the sound stalled; half a second keeps it near 1.2 s with room for load. A
+    // narrower window only costs locality: sound that arrives later than this is written after the
+    // video it plays with, which every reader takes since each packet is indexed where it lies.
+    static constexpr std::int64_t kInterleaveWindowUs = 500'000;
 
     static Result<std::shared_ptr<FfmpegMuxer>> create(const QString& path,
-                                                       std::shared_ptr<WriterState> state);
+                                                       std::shared_ptr<WriterState> state,
+                                                       CrashSafety crashSafety = CrashSafety::journaled);
     ~FfmpegMuxer();
     FfmpegMuxer(const FfmpegMuxer&) = delete;
     FfmpegMuxer& operator=(const FfmpegMuxer&) = delete;
@@ -78,7 +87,8 @@ class FfmpegMuxer {
         AVRational encoderTimeBase{1, 1};
     };
 
-    FfmpegMuxer(QString path, std::shared_ptr<WriterState> state, AVFormatContext* context);
+    FfmpegMuxer(QString path, std::shared_ptr<WriterState> state, AVFormatContext* context,
+                CrashSafety crashSafety);
     void openJournal();
     void run();
     // Takes one entry into the interleaver and writes what may go; true once every stream has ended.
@@ -94,6 +104,7 @@ class FfmpegMuxer {
 
     QString path_;
     std::shared_ptr<WriterState> state_;
+    const bool journaled_;
     AVFormatContext* context_;  // owned; see the class comment for which thread may touch it
     BoundedWorkQueue<Entry> queue_;
     std::function<void()> done_;  // set on the owning thread before any stream ends
