@@ -1,10 +1,11 @@
 // What crash safety costs and the two ways of keeping a movie that a crash cut off, measured on one
-// clip (720p30, KESTRUM_BENCH_SECONDS long, 20 by default):
-// - the cost: the clip and one of half its length written with and without the journal (and its
-//   syncs), alternately, KESTRUM_BENCH_RUNS times (3 by default); the process's CPU time over each write
-//   gives the ratio with/without (median of the pairs), and the finish (the stop) is timed alone. The
-//   finish's growth from the half clip to the whole one, per video packet, is extrapolated to a
-//   60-minute 1080p60 recording, since the index the finish writes holds an entry per packet;
+// 720p30 clip, KESTRUM_BENCH_SECONDS long (20 by default):
+// - the cost: the clip written with and without the journal (and its syncs), alternately,
+//   KESTRUM_BENCH_RUNS times (3 by default); the process's CPU time over each write gives the ratio
+//   with/without (median of the pairs), and the finish (the stop) is timed alone. Whether the finish
+//   grows with the length is measured on a light 640x360 clip at 60 frames a second (the packet rate
+//   of 1080p60, without its encoding cost), at one and at four times the clip's frame count; the growth
+//   per minute is extrapolated to a 60-minute 1080p60 recording;
 // - the journal's way: the movie cut just before its index, as a kill leaves it, rebuilt in place from
 //   its journal (milliseconds, and per gigabyte of movie);
 // - the fragmented way: the same media as a fragmented QuickTime movie (made with the ffmpeg program),
@@ -51,27 +52,39 @@ double processCpuSeconds() {
            static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
 }
 
+// What a clip is made of: its frames, cycled, their size and rate.
+struct ClipShape {
+    int width = 0;
+    int height = 0;
+    OutputFrameRate frameRate = OutputFrameRate::fps30;
+    std::vector<std::shared_ptr<const PixelBuffer>> frames;
+};
+
+ClipShape clipShape(int width, int height, OutputFrameRate frameRate) {
+    return ClipShape{width, height, frameRate, bench::makeFrames(width, height, 30)};
+}
+
 struct ClipCost {
     double finishSeconds = 0;
     double cpuSeconds = 0;  // of the whole process, from the writer's creation to its end
 };
 
-// Writes the clip of `frameCount` frames; absent on a failure.
-std::optional<ClipCost> writeClip(const QString& path, int frameCount, ffmpeg::CrashSafety crashSafety,
-                                  const std::vector<std::shared_ptr<const PixelBuffer>>& frames) {
+// Writes a clip of `frameCount` frames; absent on a failure.
+std::optional<ClipCost> writeClip(const QString& path, const ClipShape& shape, int frameCount,
+                                  ffmpeg::CrashSafety crashSafety) {
     const double cpuAtStart = processCpuSeconds();
     auto created =
         ffmpeg::FfmpegMovieWriterFactory(crashSafety).createWriter(path, MovieFileType::quickTimeMovie);
     if (!created.ok()) return std::nullopt;
     std::unique_ptr<MovieWriter> writer = std::move(created).value();
-    auto input =
-        writer->addInput(videoOutputSettings(OutputResolution::p720, OutputFrameRate::fps30, 1280, 720));
+    auto input = writer->addInput(
+        videoOutputSettings(OutputResolution::native, shape.frameRate, shape.width, shape.height));
     if (!input || !writer->startWriting()) return std::nullopt;
     writer->startSession(0);
-    const HostTimeNs frameNs = 1'000'000'000 / 30;
+    const HostTimeNs frameNs = 1'000'000'000 / static_cast<int>(shape.frameRate);
     for (int index = 0; index < frameCount; ++index) {
         while (!input->isReadyForMoreMediaData()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        input->append(frames[static_cast<std::size_t>(index) % frames.size()], index * frameNs);
+        input->append(shape.frames[static_cast<std::size_t>(index) % shape.frames.size()], index * frameNs);
     }
     const auto finishing = std::chrono::steady_clock::now();
     writer->finishWriting().waitForFinished();
@@ -90,20 +103,21 @@ struct CostSamples {
     std::vector<double> cpuRatios;
 };
 
-std::optional<CostSamples> measureCosts(const QTemporaryDir& folder, int frameCount, int runs,
-                                        const std::vector<std::shared_ptr<const PixelBuffer>>& frames) {
+std::optional<CostSamples> measureCosts(const QTemporaryDir& folder, const ClipShape& shape, int frameCount,
+                                        int runs) {
     CostSamples samples;
     const QString with = folder.filePath(QStringLiteral("with.mov"));
     const QString without = folder.filePath(QStringLiteral("without.mov"));
     for (int run = 0; run < runs; ++run) {
         // The order alternates too, so that neither way always follows the other's leftovers.
         const bool journaledFirst = run % 2 == 0;
-        std::optional<ClipCost> first =
-            writeClip(journaledFirst ? with : without, frameCount,
-                      journaledFirst ? ffmpeg::CrashSafety::journaled : ffmpeg::CrashSafety::off, frames);
-        std::optional<ClipCost> second =
-            writeClip(journaledFirst ? without : with, frameCount,
-                      journaledFirst ? ffmpeg::CrashSafety::off : ffmpeg::CrashSafety::journaled, frames);
+        const auto [firstPath, firstSafety] = journaledFirst ? std::pair{with, ffmpeg::CrashSafety::journaled}
+                                                             : std::pair{without, ffmpeg::CrashSafety::off};
+        const auto [secondPath, secondSafety] = journaledFirst
+                                                    ? std::pair{without, ffmpeg::CrashSafety::off}
+                                                    : std::pair{with, ffmpeg::CrashSafety::journaled};
+        const std::optional<ClipCost> first = writeClip(firstPath, shape, frameCount, firstSafety);
+        const std::optional<ClipCost> second = writeClip(secondPath, shape, frameCount, secondSafety);
         if (!first || !second) return std::nullopt;
         const ClipCost& journaled = journaledFirst ? *first : *second;
         const ClipCost& plain = journaledFirst ? *second : *first;
@@ -114,11 +128,23 @@ std::optional<CostSamples> measureCosts(const QTemporaryDir& folder, int frameCo
     return samples;
 }
 
-// The finish of a 60-minute 1080p60 recording: the whole clip's, plus its growth per frame over the
-// frames a 60-minute 1080p60 recording has beyond the clip's.
-double finishMsFor60MinutesAt60(double halfClipMs, double clipMs, int clipFrames) {
-    const double growthMsPerFrame = std::max(0.0, (clipMs - halfClipMs) / (clipFrames - clipFrames / 2));
-    return clipMs + growthMsPerFrame * (60.0 * 60 * 60 - clipFrames);
+// How much longer the finish of a light 60 fps clip gets per minute of movie, from clips of one and of
+// four times `frameCount` frames: the encoder's share of the finish (draining its queue) is the same
+// for both lengths; what may grow is the index, whose entries follow the packet count.
+struct FinishGrowth {
+    double msPerMinuteWith = 0;
+    double msPerMinuteWithout = 0;
+};
+
+std::optional<FinishGrowth> measureFinishGrowth(const QTemporaryDir& folder, int frameCount, int runs) {
+    const ClipShape light = clipShape(640, 360, OutputFrameRate::fps60);
+    const std::optional<CostSamples> shorter = measureCosts(folder, light, frameCount, runs);
+    const std::optional<CostSamples> longer = measureCosts(folder, light, frameCount * 4, runs);
+    if (!shorter || !longer) return std::nullopt;
+    const double addedMinutes = frameCount * 3 / 60.0 / 60.0;
+    return FinishGrowth{
+        (bench::median(longer->finishMsWith) - bench::median(shorter->finishMsWith)) / addedMinutes,
+        (bench::median(longer->finishMsWithout) - bench::median(shorter->finishMsWithout)) / addedMinutes};
 }
 
 // The offset of the top-level "moov" atom; absent when there is none.
@@ -155,26 +181,28 @@ int main() {
     const int runs = runsText ? std::max(1, std::atoi(runsText)) : 3;
     const int clipFrames = static_cast<int>(clipSeconds * 30);
     QTemporaryDir folder;
-    const auto frames = bench::makeFrames(1280, 720, 30);
-    const std::optional<CostSamples> half = measureCosts(folder, clipFrames / 2, runs, frames);
-    const std::optional<CostSamples> whole = measureCosts(folder, clipFrames, runs, frames);
-    if (!whole || !half) {
+    const std::optional<FinishGrowth> growth = measureFinishGrowth(folder, clipFrames, runs);
+    const std::optional<CostSamples> costs =
+        measureCosts(folder, clipShape(1280, 720, OutputFrameRate::fps30), clipFrames, runs);
+    if (!costs || !growth) {
         std::fprintf(stderr, "the writer failed\n");
         return 1;
     }
-    const double finishWith = bench::median(whole->finishMsWith);
-    const double finishWithout = bench::median(whole->finishMsWithout);
-    figure("journal_cpu_ratio", bench::median(whole->cpuRatios), "x");
+    const double finishWith = bench::median(costs->finishMsWith);
+    const double finishWithout = bench::median(costs->finishMsWithout);
+    figure("journal_cpu_ratio", bench::median(costs->cpuRatios), "x");
     figure("writer_finish_ms_with_journal", finishWith, "ms");
     figure("writer_finish_ms_without_journal", finishWithout, "ms");
-    figure("writer_finish_ms_half_clip_with_journal", bench::median(half->finishMsWith), "ms");
-    figure("writer_finish_ms_half_clip_without_journal", bench::median(half->finishMsWithout), "ms");
+    figure("writer_finish_growth_ms_per_min_at_60fps_with_journal", growth->msPerMinuteWith, "ms/min");
+    figure("writer_finish_growth_ms_per_min_at_60fps_without_journal", growth->msPerMinuteWithout, "ms/min");
+    // The clip's finish plus the growth over the minutes a 60-minute recording has beyond the clip.
+    const double minutesBeyondClip = 60.0 - clipSeconds / 60.0;
     figure("writer_finish_ms_60min_1080p60_with_journal",
-           finishMsFor60MinutesAt60(bench::median(half->finishMsWith), finishWith, clipFrames), "ms");
+           finishWith + std::max(0.0, growth->msPerMinuteWith) * minutesBeyondClip, "ms");
     figure("writer_finish_ms_60min_1080p60_without_journal",
-           finishMsFor60MinutesAt60(bench::median(half->finishMsWithout), finishWithout, clipFrames), "ms");
+           finishWithout + std::max(0.0, growth->msPerMinuteWithout) * minutesBeyondClip, "ms");
 
-    // The last journaled clip, a whole one, serves the ways of recovering.
+    // The last journaled 720p30 clip serves the ways of recovering.
     const QString movie = folder.filePath(QStringLiteral("with.mov"));
     if (!QFile::exists(movie + ".journal")) {
         std::fprintf(stderr, "the journaled clip has no journal\n");
