@@ -158,7 +158,7 @@ void rememberChoice(VideoCodec codec, const std::string& name) {
 // x264 and x265 start their worker and lookahead threads while opening: opened from a lowered thread,
 // they run below the capture threads, which then keep their deadlines while the encoder warms up (its
 // first frames cost the most) and the encoder catches up from its queue. x265's pool workers lower
-// themselves by another 10 on top; its frame and lookahead threads keep ours. The hardware encoders do
+// themselves by another 10 on top; its other threads keep ours. The hardware encoders do
 // their work off the processor, and the few threads their drivers start are better lowered too.
 Result<OpenedVideoEncoder> openCandidate(const Candidate& candidate, const VideoOutputSettings& settings,
                                          bool globalHeader) {
