@@ -13,6 +13,8 @@
 #include <QTemporaryDir>
 
 #include <unistd.h>
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <map>
 #include <thread>
@@ -138,12 +140,28 @@ TEST(MovieWriter, EncoderThreadsRunBelowTheCallersPriority) {
         const std::map<int, ThreadInfo> before = processThreads();
         ASSERT_TRUE((*writer)->startWriting());
         // Every thread the start created but the writer's own (which serve at the caller's value) is the
-        // encoder's. x265's pool workers lower themselves by more, and may do so only once running.
+        // encoder's. The writer's threads name themselves once running, so the look waits for both names.
+        // x265's pool workers lower themselves by more, and may do so only once running.
+        const auto isWriterThread = [](const ThreadInfo& thread) {
+            return thread.name.startsWith(QLatin1String("kestrum-video")) ||
+                   thread.name.startsWith(QLatin1String("kestrum-mux"));
+        };
+        // The log's queue starts with the first line, the encoder choice, on the caller's thread.
+        const auto isLogThread = [](const ThreadInfo& thread) {
+            return thread.name.startsWith(QLatin1String("com.kestrum."));
+        };
+        std::map<int, ThreadInfo> after;
+        for (int look = 0; look < 200; ++look) {
+            after = processThreads();
+            const auto named = std::count_if(after.begin(), after.end(), [&](const auto& entry) {
+                return !before.contains(entry.first) && isWriterThread(entry.second);
+            });
+            if (named == 2) break;
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
         int encoderThreads = 0;
-        for (const auto& [id, thread] : processThreads()) {
-            if (before.contains(id) || thread.name.startsWith(QLatin1String("kestrum-video")) ||
-                thread.name.startsWith(QLatin1String("kestrum-mux")))
-                continue;
+        for (const auto& [id, thread] : after) {
+            if (before.contains(id) || isWriterThread(thread) || isLogThread(thread)) continue;
             ++encoderThreads;
             EXPECT_GE(thread.nice, ownNice + ffmpeg::kEncoderNiceIncrement)
                 << id << " " << thread.name.toStdString();
