@@ -184,6 +184,11 @@ struct ScalingRow {
     int pictureHeight;
 };
 
+void PrintTo(const ScalingRow& row, std::ostream* out) {
+    *out << row.windowWidth << "x" << row.windowHeight << " to " << row.width << "x" << row.height
+         << (row.enlargesSmallerSource ? " enlarging" : " not enlarging");
+}
+
 class WindowStreamScaling : public WindowStream, public testing::WithParamInterface<ScalingRow> {};
 
 TEST_P(WindowStreamScaling, KeepsTheColoursWhereTheyWereDrawn) {
@@ -309,6 +314,10 @@ struct EndRow {
     bool unmappedFirst;   // destroyed while unmapped, when the stream only sends blank samples
     double boundSeconds;  // one frame interval, plus a loaded machine's event delivery and scheduling
 };
+
+void PrintTo(const EndRow& row, std::ostream* out) {
+    *out << row.name;
+}
 
 class WindowStreamEnd : public WindowStream, public testing::WithParamInterface<EndRow> {};
 
