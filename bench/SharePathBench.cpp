@@ -5,7 +5,8 @@
 // - "once": the stream delivers such a window at its own size (a copy), the window scales it once with
 //   libyuv into a kept image, and the paint copies it.
 // Prints the median milliseconds per frame and what that costs a second at 60 frames.
-// `perf record -g kestrum-bench-share-path` shows where each way's time goes.
+// `perf record -g kestrum-bench-share-path twice` (or `once`) shows where one way's time goes; a second
+// argument `720` keeps to the 1280x720 source.
 #include "BenchTiming.h"
 #include "platform/linux/x11/X11StreamScaler.h"
 #include "platform/ports/WindowStream.h"
@@ -59,11 +60,12 @@ void paintOnce(QImage& backingStore, ui::LeagueShareFrameScaler& scaler, const P
     painter.drawImage(target.topLeft(), scaled);
 }
 
-void measure(QSize source) {
+void measure(QSize source, const QString& onlyWay) {
     const std::vector<std::uint8_t> pixels = sourcePicture(source);
     const int bytesPerRow = source.width() * 4;
     QImage backingStore(kShareWindow, QImage::Format_RGB32);
     for (const bool once : {false, true}) {
+        if (!onlyWay.isEmpty() && onlyWay != QLatin1String(once ? "once" : "twice")) continue;
         WindowStreamConfiguration configuration{kBox1080.width(), kBox1080.height(), 60, false, !once};
         const QSize delivered = windowStreamPictureSize(source, configuration);
         X11StreamScaler streamScaler;
@@ -91,7 +93,8 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication application(argc, argv);
     // The benchmark's window (720p, smaller than the 1080p box) and a source larger than the box.
-    measure({1280, 720});
-    measure({2560, 1440});
+    const QString onlyWay = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
+    measure({1280, 720}, onlyWay);
+    if (argc <= 2 || QLatin1String(argv[2]) != QLatin1String("720")) measure({2560, 1440}, onlyWay);
     return 0;
 }
