@@ -112,6 +112,9 @@ class LeagueShareCoordinator final : public QObject {
     QCoro::Task<void> startStream(LeagueShareSource source, LeagueShareStreamPlan plan,
                                   CancellationToken token);
     QCoro::Task<void> reconfigureStream(LeagueShareSource::Kind kind, LeagueShareStreamPlan plan);
+    // The stream numbered `streamNumber` ended by itself: when it is still the current one, it is
+    // taken down as by a real stop and the share waits; the next refresh finds the source again.
+    void handleStreamEnd(std::uint64_t streamNumber, const Error& reason);
     QCoro::Task<void> startAudioRoute(qint32 processID);
     QCoro::Task<void> stopStream(StopKind kind);
 
@@ -131,7 +134,8 @@ class LeagueShareCoordinator final : public QObject {
     bool isRunning_ = false;
     double sourceAspectRatio_ = kDefaultAspectRatio;
     std::optional<Job<void>> monitoringTask_;
-    std::optional<Job<void>> stopTask_;  // the stop under way, which a new start waits for
+    std::optional<Job<void>> stopTask_;       // the stop under way, which a new start waits for
+    std::optional<Job<void>> streamEndTask_;  // the take-down of a stream that ended by itself
     WorkspaceSubscription focusObserver_;
     std::unique_ptr<WindowStream> stream_;
     std::unique_ptr<LeagueShareStreamOutput> streamOutput_;

@@ -87,6 +87,9 @@ QCoro::Task<void> LeagueShareCoordinator::startStream(LeagueShareSource source, 
                 },
                 Qt::QueuedConnection);
         });
+    // The stream belongs to this coordinator and tells its end on the main thread, so `this` is alive.
+    stream->setEndHandler(
+        [this, streamNumber](const Error& reason) { handleStreamEnd(streamNumber, reason); });
     Status status = stream->addStreamOutput(*output, CaptureOutputType::screen, outputQueue_);
     stream_ = std::move(stream);
     streamOutput_ = std::move(output);
@@ -110,6 +113,25 @@ QCoro::Task<void> LeagueShareCoordinator::startStream(LeagueShareSource source, 
     updateSourceFocus();
     setStatus(sharingStatus(source.kind));
     if (plan.includesAudio) co_await startAudioRoute(plan.processID);
+}
+
+void LeagueShareCoordinator::handleStreamEnd(std::uint64_t streamNumber, const Error& reason) {
+    if (!fanout_.isCurrent(streamNumber)) return;  // a stream already stopped or replaced
+    logCaptureError(QStringLiteral("League Share's stream ended: ") + reason.description);
+    // Taken down after the stream's own call has returned: a stream is not stopped inside its handler.
+    QMetaObject::invokeMethod(
+        this,
+        [this, streamNumber] {
+            if (!fanout_.isCurrent(streamNumber)) return;
+            streamEndTask_ = Job<void>::start(
+                [self = QPointer<LeagueShareCoordinator>(this)](CancellationToken) -> QCoro::Task<void> {
+                    if (!self) co_return;
+                    co_await self->stopStream(StopKind::real);
+                    // A stop of the whole share meanwhile has the last word.
+                    if (self && self->isRunning_) self->setStatus(LeagueShareStatus::waiting());
+                });
+        },
+        Qt::QueuedConnection);
 }
 
 QCoro::Task<void> LeagueShareCoordinator::startAudioRoute(qint32 processID) {

@@ -12,8 +12,10 @@ class LeagueShareDisplaySurface {
   public:
     virtual ~LeagueShareDisplaySurface() = default;
 
-    // A complete frame, BGRA at the stream's configured size. Called on the coordinator's output queue,
-    // never on the main thread, and must not block: keep the newest frame and schedule a repaint.
+    // A complete frame, BGRA, of whatever size the stream delivered: the configured size, or the
+    // window's own when the window is smaller (take the size from the frame). Called on the coordinator's
+    // output queue, never on the main thread, and must not block: keep the newest frame and schedule a
+    // repaint.
     virtual void enqueueFrame(std::shared_ptr<const PixelBuffer> frame) = 0;
 
     // Main thread. `removeDisplayedImage` is true after a real stop (the surface goes black) and false for

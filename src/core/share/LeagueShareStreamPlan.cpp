@@ -56,6 +56,9 @@ WindowStreamConfiguration leagueShareConfiguration(const LeagueShareStreamPlan& 
     configuration.height = size.height();
     configuration.frameRate = rawValue(plan.frameRate);
     configuration.showsCursor = false;
+    // The share window shrinks the picture to its own size anyway; a window smaller than the box comes
+    // at its own size rather than enlarged, so that the picture is scaled once, not twice.
+    configuration.enlargesSmallerSource = false;
     return configuration;
 }
 

@@ -32,7 +32,8 @@ struct LeagueShareStreamPlan {
     bool includesAudio = true;
 };
 
-// The stream configuration of a plan: the fitted size, the frame rate, no cursor.
+// The stream configuration of a plan: the fitted size, the frame rate, no cursor, and no enlarging of a
+// window smaller than the fitted size (its pictures then come at the window's own size).
 WindowStreamConfiguration leagueShareConfiguration(const LeagueShareStreamPlan& plan);
 
 enum class LeagueShareStreamAction {

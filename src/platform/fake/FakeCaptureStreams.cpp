@@ -32,14 +32,22 @@ Stream* newest(const std::vector<Stream*>& alive) {
 }  // namespace
 
 bool FakeWindowStream::deliverFrame(HostTimeNs presentationTimeNs, std::uint32_t bgra) {
-    const int width = std::max(configuration_.width, 2);
-    const int height = std::max(configuration_.height, 2);
+    const QSize size = windowStreamPictureSize(window_.frame.size().toSize(), configuration_);
+    const int width = std::max(size.width(), 2);
+    const int height = std::max(size.height(), 2);
     std::vector<std::uint8_t> bytes(static_cast<std::size_t>(width) * height * 4);
     for (std::size_t offset = 0; offset < bytes.size(); offset += 4) std::memcpy(&bytes[offset], &bgra, 4);
     CaptureSample sample;
     sample.presentationTimeNs = presentationTimeNs;
     sample.imageBuffer = PixelBuffer::make(width, height, width * 4, std::move(bytes));
     return core.deliver(std::move(sample), CaptureOutputType::screen);
+}
+
+bool FakeWindowStream::endByItself(const Error& reason) {
+    if (!core.isStarted()) return false;
+    static_cast<void>(core.stop());
+    if (const EndHandler handler = endHandler_) handler(reason);
+    return true;
 }
 
 std::unique_ptr<WindowStream> FakeWindowStreamFactory::makeWindowStream(

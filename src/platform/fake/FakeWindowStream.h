@@ -26,11 +26,18 @@ class FakeWindowStream : public WindowStream {
     }
 
     WindowStreamCounters counters() const override { return scriptedCounters; }
+    void setEndHandler(EndHandler handler) override { endHandler_ = std::move(handler); }
+
+    // The stream ends by itself, as when its window is destroyed: it stops delivering and, when started,
+    // tells the end handler at once with `reason` (main thread, as the port says). False when it was not
+    // started, and then nothing is told.
+    bool endByItself(const Error& reason);
 
     const ShareableWindow& window() const { return window_; }
     const WindowStreamConfiguration& configuration() const { return configuration_; }
 
-    // A frame of the configured size filled with one BGRA colour, stamped `presentationTimeNs`.
+    // A frame filled with one BGRA colour, stamped `presentationTimeNs`, of the size a real stream
+    // delivers for the window's frame under the configuration.
     bool deliverFrame(HostTimeNs presentationTimeNs, std::uint32_t bgra = 0xFF204060u);
 
     FakeCaptureStreamCore core;
@@ -40,6 +47,7 @@ class FakeWindowStream : public WindowStream {
   private:
     ShareableWindow window_;
     WindowStreamConfiguration configuration_;
+    EndHandler endHandler_;
 };
 
 // Makes FakeWindowStreams and keeps track of the ones alive, so that a test can reach the stream that

@@ -14,13 +14,6 @@ namespace {
 constexpr QSize kInitialSize(960, 540);
 constexpr int kIndicatorPhaseCount = 10;
 
-// The largest rectangle of the frame's aspect ratio that fits `area`, centred in it.
-QRectF fittedRect(const QSize& frame, const QSize& area) {
-    const QSizeF fitted = QSizeF(frame).scaled(QSizeF(area), Qt::KeepAspectRatio);
-    return {(area.width() - fitted.width()) / 2.0, (area.height() - fitted.height()) / 2.0, fitted.width(),
-            fitted.height()};
-}
-
 std::optional<ApplicationWindowID> findWindowID(const ApplicationWindows& windows,
                                                 const QString& identifier) {
     for (const ApplicationWindow& window : windows.windows()) {
@@ -76,6 +69,7 @@ void LeagueShareWindow::flush(bool removeDisplayedImage) {
         pendingFrame_.reset();
     }
     displayedFrame_.reset();
+    scaledFrame_ = nullptr;
     render();
 }
 
@@ -134,6 +128,7 @@ void LeagueShareWindow::takePendingFrame() {
     }
     if (!frame) return;  // taken by an earlier repaint, or flushed meanwhile
     displayedFrame_ = std::move(frame);
+    scaledFrame_ = nullptr;
     ++paintedFrameCount_;
     render();
 }
@@ -150,23 +145,26 @@ void LeagueShareWindow::render() {
         painter.setCompositionMode(QPainter::CompositionMode_Source);
         painter.fillRect(area, Qt::black);
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-        drawFrame(painter, area.size());
+        drawFrame(painter, pixels);
         if (overlayShown_) statusPainter_.paint(painter, area.width(), area.height());
     }
     backingStore_.endPaint();
     backingStore_.flush(area);
 }
 
-void LeagueShareWindow::drawFrame(QPainter& painter, const QSize& area) {
+void LeagueShareWindow::drawFrame(QPainter& painter, const QSize& areaPixels) {
     if (!displayedFrame_) return;
     const PixelBuffer& frame = *displayedFrame_;
-    // Wraps the frame's bytes in place. RGB32: the capture's alpha byte carries nothing (a depth-24
-    // window's pixmap leaves it undefined), so it is read as opaque.
-    const QImage image(frame.data(), frame.width(), frame.height(), frame.bytesPerRow(),
-                       QImage::Format_RGB32);
-    const QRectF target = fittedRect(image.size(), area);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, target.size() != QSizeF(image.size()));
-    painter.drawImage(target, image);
+    const QRect target = LeagueShareFrameScaler::fittedRect(QSize(frame.width(), frame.height()), areaPixels);
+    // Scaled once per frame and window size; a repaint of the same frame (an expose, the indicator) only
+    // copies the kept image.
+    if (!scaledImage_ || scaledFrame_ != displayedFrame_.get() || scaledImage_->size() != target.size()) {
+        scaledImage_ = &frameScaler_.scale(frame, target.size(), devicePixelRatio());
+        scaledFrame_ = displayedFrame_.get();
+    }
+    if (scaledImage_->isNull()) return;
+    // One image pixel to one device pixel: the painter copies rows, it does not filter.
+    painter.drawImage(QPointF(target.topLeft()) / devicePixelRatio(), *scaledImage_);
 }
 
 void LeagueShareWindow::updateIndicatorTimer() {

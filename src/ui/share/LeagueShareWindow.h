@@ -2,6 +2,7 @@
 
 #include "base/media/PixelBuffer.h"
 #include "core/share/LeagueShareDisplaySurface.h"
+#include "ui/share/LeagueShareFrameScaler.h"
 #include "ui/share/LeagueShareStatusPainter.h"
 
 #include <QBackingStore>
@@ -24,8 +25,10 @@ namespace kestrum::ui {
 // is one, the status overlay on top. The pointer passes through it, it never takes the focus, and it
 // opens behind the other windows. Closing it hides it; the object and its native window are kept.
 //
-// Drawn on the raster backing store: a frame is one scaled image copy, and no GL context has to be shared
-// with the review window's player.
+// Drawn on the raster backing store, so no GL context has to be shared with the review window's player.
+// Each new frame is scaled once, by LeagueShareFrameScaler, to the size it takes in the window; a paint
+// then copies that image unfiltered. The stream delivers a source smaller than its box at the source's
+// own size, so this is the picture's only scaling.
 //
 // Threads: `enqueueFrame` runs on the share's output queue; everything else on the main thread. A frame
 // waits in `pendingFrame_` (guarded by `frameMutex_`) and at most one repaint is queued on the main thread
@@ -74,7 +77,7 @@ class LeagueShareWindow final : public QWindow, public LeagueShareDisplaySurface
   private:
     void takePendingFrame();
     void render();
-    void drawFrame(QPainter& painter, const QSize& area);
+    void drawFrame(QPainter& painter, const QSize& areaPixels);
     void updateIndicatorTimer();
 
     ApplicationWindows* windows_;  // main thread; not owned
@@ -89,6 +92,9 @@ class LeagueShareWindow final : public QWindow, public LeagueShareDisplaySurface
 
     // Main thread.
     std::shared_ptr<const PixelBuffer> displayedFrame_;
+    LeagueShareFrameScaler frameScaler_;
+    const QImage* scaledImage_ = nullptr;       // frameScaler_'s image of displayedFrame_; null: none yet
+    const PixelBuffer* scaledFrame_ = nullptr;  // the frame scaledImage_ was made from; null: none yet
     quint64 paintedFrameCount_ = 0;
     bool overlayShown_ = false;
     LeagueShareStatusPainter statusPainter_;

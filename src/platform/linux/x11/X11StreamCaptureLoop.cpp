@@ -84,14 +84,15 @@ bool X11StreamCaptureLoop::captureFrame(const WindowStreamConfiguration& configu
 
 void X11StreamCaptureLoop::deliverPicture(const X11StreamRead& read,
                                           const WindowStreamConfiguration& configuration) {
+    const QSize size = windowStreamPictureSize(QSize(read.width, read.height), configuration);
     CaptureSample sample;
-    sample.imageBuffer = scaler_.scale(read.pixels, read.width, read.height, read.bytesPerRow,
-                                       configuration.width, configuration.height);
+    sample.imageBuffer =
+        scaler_.scale(read.pixels, read.width, read.height, read.bytesPerRow, size.width(), size.height());
     if (!sample.imageBuffer) {
         ++readsFailed_;
         return;
     }
-    const std::pair outputSize{configuration.width, configuration.height};
+    const std::pair outputSize{size.width(), size.height()};
     const bool resized = outputSize != lastOutputSize_;
     lastOutputSize_ = outputSize;
     sample.presentationTimeNs = read.hostTimeNs;

@@ -33,6 +33,7 @@ X11WindowStream::X11WindowStream(ShareableWindow window, WindowStreamConfigurati
     : window_(std::move(window)), configuration_(configuration) {}
 
 X11WindowStream::~X11WindowStream() {
+    endWatcher_.reset();
     if (!captureThread_.joinable()) return;
     loop_->requestStop();
     captureThread_.join();
@@ -72,11 +73,32 @@ QCoro::Task<Status> X11WindowStream::startCapture() {
     if (!status.ok()) {
         auto join = joinCaptureThread();
         co_await std::move(join);
+        co_return status;
     }
+    watchForEnd();
     co_return status;
 }
 
+void X11WindowStream::watchForEnd() {
+    endWatcher_ = std::make_unique<QFutureWatcher<void>>();
+    // The watcher is the context: a stop or the destructor deletes it, and with it a notice not yet
+    // delivered.
+    QObject::connect(endWatcher_.get(), &QFutureWatcherBase::finished, endWatcher_.get(),
+                     [this, loop = loop_] { tellEnd(loop); });
+    endWatcher_->setFuture(captureThreadEnded_);
+}
+
+void X11WindowStream::tellEnd(const std::shared_ptr<X11StreamCaptureLoop>& loop) {
+    if (loop != loop_ || !endHandler_) return;
+    // No error: the thread returned on a stop request, which the stop itself reports.
+    const std::optional<Error> reason = loop->endError();
+    if (!reason) return;
+    const EndHandler handler = endHandler_;  // the handler may replace itself
+    handler(*reason);
+}
+
 QCoro::Task<Status> X11WindowStream::stopCapture() {
+    endWatcher_.reset();
     if (!captureThread_.joinable()) co_return Status::success();
     loop_->requestStop();
     auto join = joinCaptureThread();

@@ -4,6 +4,7 @@
 #include "platform/ports/WindowStream.h"
 
 #include <QFuture>
+#include <QFutureWatcher>
 
 #include <memory>
 #include <thread>
@@ -21,6 +22,13 @@ class X11StreamCaptureLoop;
 // unmapped the stream delivers `blank` samples at the rate, without a picture; once it is destroyed the
 // stream stops delivering and the capture thread ends by itself.
 //
+// The end by itself is the capture thread's return without a stop: the window's DestroyNotify, or a read
+// that finds the window gone (BadWindow, BadDrawable), or a lost display connection. The loop drains its
+// events at every frame deadline, unmapped or not, so the end handler hears of it within one frame
+// interval of the destruction reaching the server (at most a second, at 1 FPS), plus the main thread's
+// event delivery. Reads that fail while the window exists (a resize racing the copy) do not end the
+// stream: the next read names the pixmap again.
+//
 // Threads: the port calls on the main thread, as the contract says; the start and the stop wait for the
 // capture thread by awaiting, never blocking the main thread's event loop. Only the destructor joins it
 // synchronously.
@@ -37,12 +45,15 @@ class X11WindowStream final : public WindowStream {
     // Gives "The window is gone" when the window was destroyed before the stop.
     QCoro::Task<Status> stopCapture() override;
     QCoro::Task<Status> updateConfiguration(WindowStreamConfiguration configuration) override;
+    void setEndHandler(EndHandler handler) override { endHandler_ = std::move(handler); }
 
     // Counted by the capture thread in atomics; each start begins from zero.
     WindowStreamCounters counters() const override;
 
   private:
     QCoro::Task<void> joinCaptureThread();
+    void watchForEnd();
+    void tellEnd(const std::shared_ptr<X11StreamCaptureLoop>& loop);
 
     const ShareableWindow window_;
     WindowStreamConfiguration configuration_;     // main thread
@@ -50,6 +61,9 @@ class X11WindowStream final : public WindowStream {
     std::shared_ptr<X11StreamCaptureLoop> loop_;  // main thread; shared with the capture thread it runs on
     std::thread captureThread_;                   // main thread
     QFuture<void> captureThreadEnded_;            // main thread; finished as the capture thread returns
+    EndHandler endHandler_;                       // main thread
+    // Main thread; watches the running capture thread's return, gone once a stop was asked for.
+    std::unique_ptr<QFutureWatcher<void>> endWatcher_;
 };
 
 }  // namespace kestrum

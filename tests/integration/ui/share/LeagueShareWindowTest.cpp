@@ -128,6 +128,60 @@ TEST_F(LeagueShareWindowTest, AFrameFromAnotherThreadReachesTheWindowsPixelsScal
     EXPECT_EQ(decodeClockStripe(*picture), std::optional<qint64>(754'321));
 }
 
+std::shared_ptr<const PixelBuffer> halvesFrame(QSize size, QColor left, QColor right) {
+    QImage picture(size, QImage::Format_RGB32);
+    picture.fill(right);
+    QPainter(&picture).fillRect(0, 0, size.width() / 2, size.height(), left);
+    return frameOf(picture);
+}
+
+TEST_F(LeagueShareWindowTest, EachFrameIsTheFrameScaledWithItsAspectAndNoStaleBorder) {
+    REQUIRE_MANAGED_DISPLAY();
+    ASSERT_TRUE(presentAndWait(*share_));
+    ASSERT_EQ(share_->size(), QSize(960, 540));
+    const QColor left(230, 40, 40);
+    const QColor right(40, 90, 220);
+    struct Row {
+        const char* name;
+        QSize frame;
+        QRect picture;  // where the frame must land in the 960x540 window
+    };
+    // Each row follows a full-window white frame, whose remains would show in the next one's bars.
+    for (const Row& row : {Row{"4:3 source at its own size", {1024, 768}, {120, 0, 720, 540}},
+                           Row{"21:9 source", {2560, 1080}, {0, 67, 960, 405}},
+                           Row{"a window smaller than the share window", {640, 360}, {0, 0, 960, 540}},
+                           Row{"an odd window's own size", {1281, 721}, {0, 0, 959, 540}}}) {
+        SCOPED_TRACE(row.name);
+        quint64 before = share_->paintedFrameCount();
+        share_->enqueueFrame(solidFrame(Qt::white));
+        ASSERT_TRUE(drawn(*share_, before));
+        before = share_->paintedFrameCount();
+        std::thread([&] { share_->enqueueFrame(halvesFrame(row.frame, left, right)); }).join();
+        ASSERT_TRUE(drawn(*share_, before));
+        processEventsFor(100);
+        const auto grabbed = grab(*share_);
+        ASSERT_TRUE(grabbed);
+        const QRect& p = row.picture;
+        const int middleY = p.center().y();
+        // The halves in their place, to the picture's edges.
+        for (const QPoint point : {QPoint(p.left(), middleY), QPoint(p.left() + p.width() / 2 - 4, p.top()),
+                                   QPoint(p.left() + p.width() / 4, p.bottom())}) {
+            EXPECT_TRUE(near(grabbed->pixel(point), left)) << point.x() << "," << point.y();
+        }
+        for (const QPoint point : {QPoint(p.right(), middleY), QPoint(p.left() + p.width() / 2 + 4, p.top()),
+                                   QPoint(p.left() + 3 * p.width() / 4, p.bottom())}) {
+            EXPECT_TRUE(near(grabbed->pixel(point), right)) << point.x() << "," << point.y();
+        }
+        // Black, not white, just outside the picture.
+        for (const QPoint point :
+             {QPoint(p.left() - 1, middleY), QPoint(p.right() + 1, middleY),
+              QPoint(p.center().x(), p.top() - 1), QPoint(p.center().x(), p.bottom() + 1)}) {
+            if (!QRect(0, 0, 960, 540).contains(point)) continue;
+            EXPECT_TRUE(near(grabbed->pixel(point), Qt::black)) << point.x() << "," << point.y();
+        }
+    }
+}
+
 TEST_F(LeagueShareWindowTest, FramesQueuedFasterThanPaintingCoalesceToTheNewest) {
     REQUIRE_MANAGED_DISPLAY();
     ASSERT_TRUE(presentAndWait(*share_));

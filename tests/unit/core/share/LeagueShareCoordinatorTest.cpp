@@ -88,12 +88,12 @@ TEST_F(LeagueShareCoordinatorTest, followsTheClientToTheGameAndBackWithANewStrea
 TEST_F(LeagueShareCoordinatorTest, aResizedSourceIsReconfiguredNotRestarted) {
     rig.showWindows({clientWindow({1280, 720})});
     coordinator().start();
-    EXPECT_EQ(stream().configuration(), (WindowStreamConfiguration{1280, 720, 30, false}));
+    EXPECT_EQ(stream().configuration(), (WindowStreamConfiguration{1280, 720, 30, false, false}));
 
     rig.showWindows({clientWindow({1024, 768})});
     rig.tick();
     EXPECT_EQ(rig.streams.madeCount(), 1);
-    EXPECT_EQ(stream().configuration(), (WindowStreamConfiguration{960, 720, 30, false}));
+    EXPECT_EQ(stream().configuration(), (WindowStreamConfiguration{960, 720, 30, false, false}));
     EXPECT_NEAR(coordinator().sourceAspectRatio(), 4.0 / 3.0, 1e-9);
     EXPECT_EQ(coordinator().status().kind(), Kind::sharingClient);
 }
@@ -126,17 +126,20 @@ TEST_P(LeagueShareSettingChangeTest, isAppliedAtTheNextRefresh) {
 
 INSTANTIATE_TEST_SUITE_P(
     Rows, LeagueShareSettingChangeTest,
-    testing::Values(
-        SettingChangeRow{"resolution",
-                         [](LeagueShareSettings& s) { s.setResolution(LeagueShareResolution::p1440); },
-                         1,
-                         {2560, 1440, 30, false}},
-        SettingChangeRow{"frameRate",
-                         [](LeagueShareSettings& s) { s.setFrameRate(VideoFrameRate::fps60); },
-                         1,
-                         {1280, 720, 60, false}},
-        SettingChangeRow{
-            "audio", [](LeagueShareSettings& s) { s.setIncludesAudio(false); }, 2, {1280, 720, 30, false}}),
+    testing::Values(SettingChangeRow{"resolution",
+                                     [](LeagueShareSettings& s) {
+                                         s.setResolution(LeagueShareResolution::p1440);
+                                     },
+                                     1,
+                                     {2560, 1440, 30, false, false}},
+                    SettingChangeRow{"frameRate",
+                                     [](LeagueShareSettings& s) { s.setFrameRate(VideoFrameRate::fps60); },
+                                     1,
+                                     {1280, 720, 60, false, false}},
+                    SettingChangeRow{"audio",
+                                     [](LeagueShareSettings& s) { s.setIncludesAudio(false); },
+                                     2,
+                                     {1280, 720, 30, false, false}}),
     [](const testing::TestParamInfo<SettingChangeRow>& info) { return std::string(info.param.name); });
 
 TEST_F(LeagueShareCoordinatorTest, theSoundFollowsTheStreamAndItsSetting) {
@@ -277,6 +280,134 @@ TEST_F(LeagueShareCoordinatorTest, aStreamWhoseWindowWentWaitsAndClearsThePictur
     rig.showWindows({gameWindow()});
     rig.tick();
     EXPECT_EQ(coordinator().status().kind(), Kind::sharingGame);
+    coordinator().removeDisplaySurface(surface);
+}
+
+struct PictureSizeRow {
+    const char* name;
+    QSizeF window;
+    LeagueShareResolution resolution;
+    WindowStreamConfiguration configuration;
+    QSize frame;  // what reaches the surface
+};
+
+void PrintTo(const PictureSizeRow& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class LeagueSharePictureSizeTest : public LeagueShareCoordinatorTest,
+                                   public testing::WithParamInterface<PictureSizeRow> {};
+
+TEST_P(LeagueSharePictureSizeTest, aSmallerWindowIsNotEnlargedAndItsFramesPassAsTheyCome) {
+    const PictureSizeRow& row = GetParam();
+    rig.settings->setResolution(row.resolution);
+    RecordingSurface surface;
+    coordinator().addDisplaySurface(surface);
+    rig.showWindows({gameWindow(row.window)});
+    coordinator().start();
+    EXPECT_EQ(stream().configuration(), row.configuration);
+    ASSERT_TRUE(stream().deliverFrame(1000));
+    rig.drain();
+    ASSERT_EQ(surface.frames().size(), 1u);
+    EXPECT_EQ(QSize(surface.frames()[0]->width(), surface.frames()[0]->height()), row.frame);
+    coordinator().removeDisplaySurface(surface);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, LeagueSharePictureSizeTest,
+                         testing::Values(PictureSizeRow{"smallerThanTheBox",
+                                                        {1280, 720},
+                                                        LeagueShareResolution::p1080,
+                                                        {1920, 1080, 30, false, false},
+                                                        {1280, 720}},
+                                         PictureSizeRow{"fourThreeSmaller",
+                                                        {1024, 768},
+                                                        LeagueShareResolution::p1080,
+                                                        {1440, 1080, 30, false, false},
+                                                        {1024, 768}},
+                                         PictureSizeRow{"largerThanTheBox",
+                                                        {2560, 1440},
+                                                        LeagueShareResolution::p1080,
+                                                        {1920, 1080, 30, false, false},
+                                                        {1920, 1080}},
+                                         PictureSizeRow{"theBoxItself",
+                                                        {1280, 720},
+                                                        LeagueShareResolution::p720,
+                                                        {1280, 720, 30, false, false},
+                                                        {1280, 720}}),
+                         [](const testing::TestParamInfo<PictureSizeRow>& info) {
+                             return std::string(info.param.name);
+                         });
+
+struct StreamEndRow {
+    const char* name;
+    bool windowStillListed;  // at the refresh after the end
+    bool includesAudio;
+    Kind statusAfterRefresh;
+    int streamsMade;
+};
+
+void PrintTo(const StreamEndRow& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class LeagueShareStreamEndTest : public LeagueShareCoordinatorTest,
+                                 public testing::WithParamInterface<StreamEndRow> {};
+
+TEST_P(LeagueShareStreamEndTest, aStreamThatEndsByItselfWaitsClearsThePictureAndIsFoundAgain) {
+    const StreamEndRow& row = GetParam();
+    CapturedLog log;
+    rig.settings->setIncludesAudio(row.includesAudio);
+    RecordingSurface surface;
+    ASSERT_TRUE(shareTheGameWithOneFrame(surface));
+    EXPECT_TRUE(coordinator().isSourceUpdating());
+
+    ASSERT_TRUE(stream().endByItself(Error::withDescription(QStringLiteral("The window is gone"))));
+    rig.drain();
+    EXPECT_EQ(coordinator().status().kind(), Kind::waiting) << "noticed before the next listing";
+    EXPECT_TRUE(coordinator().isRunning());
+    EXPECT_FALSE(coordinator().isSourceUpdating());
+    EXPECT_EQ(surface.flushes, (std::vector<bool>{true}));
+    EXPECT_EQ(rig.streams.lastStream(), nullptr);
+    EXPECT_FALSE(rig.audioRoute.routedProcessId.has_value());
+    EXPECT_EQ(rig.audioRoute.stopCount, row.includesAudio ? 1 : 0);
+    RecordingSurface late;
+    coordinator().addDisplaySurface(late);
+    rig.drain();
+    EXPECT_TRUE(late.frames().empty()) << "the ended stream's picture is forgotten";
+
+    if (!row.windowStillListed) rig.showWindows({});
+    rig.tick();
+    EXPECT_EQ(coordinator().status().kind(), row.statusAfterRefresh);
+    EXPECT_EQ(rig.streams.madeCount(), row.streamsMade);
+    waitForCaptureLogWrites();
+    EXPECT_TRUE(
+        log.lines().join('\n').contains(QStringLiteral("League Share's stream ended: The window is gone")));
+    coordinator().removeDisplaySurface(surface);
+    coordinator().removeDisplaySurface(late);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, LeagueShareStreamEndTest,
+    testing::Values(StreamEndRow{"windowStillListed", true, false, Kind::sharingGame, 2},
+                    StreamEndRow{"windowGoneBetweenListings", false, false, Kind::waiting, 1},
+                    StreamEndRow{"withSound", true, true, Kind::sharingGame, 2}),
+    [](const testing::TestParamInfo<StreamEndRow>& info) { return std::string(info.param.name); });
+
+TEST_F(LeagueShareCoordinatorTest, aStopRightAfterAnEndHasTheLastWord) {
+    RecordingSurface surface;
+    ASSERT_TRUE(shareTheGameWithOneFrame(surface));
+    // The end's take-down is queued; the user's stop comes before it runs.
+    ASSERT_TRUE(stream().endByItself(Error::withDescription(QStringLiteral("The window is gone"))));
+    coordinator().stop();
+    rig.drain();
+    rig.stopAndWait();
+    rig.tick();
+    EXPECT_EQ(coordinator().status().kind(), Kind::stopped);
+    EXPECT_FALSE(coordinator().isRunning());
+    EXPECT_EQ(rig.streams.lastStream(), nullptr);
+    EXPECT_EQ(rig.streams.madeCount(), 1);
+    ASSERT_FALSE(surface.flushes.empty());
+    EXPECT_TRUE(surface.flushes.back());
     coordinator().removeDisplaySurface(surface);
 }
 

@@ -177,29 +177,51 @@ TEST_F(WindowStream, DeliversScaledStampedPicturesAtTheRateOnTheQueue) {
 struct ScalingRow {
     int windowWidth;
     int windowHeight;
-    int width;
+    int width;  // configured
     int height;
+    bool enlargesSmallerSource;
+    int pictureWidth;  // delivered
+    int pictureHeight;
 };
+
+void PrintTo(const ScalingRow& row, std::ostream* out) {
+    *out << row.windowWidth << "x" << row.windowHeight << " to " << row.width << "x" << row.height
+         << (row.enlargesSmallerSource ? " enlarging" : " not enlarging");
+}
 
 class WindowStreamScaling : public WindowStream, public testing::WithParamInterface<ScalingRow> {};
 
 TEST_P(WindowStreamScaling, KeepsTheColoursWhereTheyWereDrawn) {
     const ScalingRow& row = GetParam();
-    StreamRig rig(row.windowWidth, row.windowHeight, configuration(row.width, row.height));
+    WindowStreamConfiguration wanted = configuration(row.width, row.height);
+    wanted.enlargesSmallerSource = row.enlargesSmallerSource;
+    StreamRig rig(row.windowWidth, row.windowHeight, wanted);
     ASSERT_TRUE(QCoro::waitFor(rig.stream.startCapture()).ok());
     // Drawn again once redirected: a window larger than the screen kept only its visible part.
     rig.window.fillHalves(kRed, kBlue);
     const auto picture = rig.recorder.waitForSample(0, [&](const RecordedSample& sample) {
-        return showsHalves(sample, row.width, row.height, kRedBgra, kBlueBgra);
+        return showsHalves(sample, row.pictureWidth, row.pictureHeight, kRedBgra, kBlueBgra);
     });
     ASSERT_TRUE(picture);
-    EXPECT_EQ(picture->image->bytesPerRow(), row.width * 4);
+    EXPECT_EQ(picture->image->bytesPerRow(), row.pictureWidth * 4);
+    for (const RecordedSample& sample : rig.recorder.samples()) {
+        ASSERT_TRUE(sample.image);
+        EXPECT_EQ(QSize(sample.image->width(), sample.image->height()),
+                  QSize(row.pictureWidth, row.pictureHeight));
+    }
 }
 
-// Halved, enlarged, the same size, odd sizes of another aspect.
+// Halved, enlarged, the same size, odd sizes of another aspect; without enlarging, a smaller window comes
+// at its own size (odd sides too) and a larger one is still brought down to the configured size.
 INSTANTIATE_TEST_SUITE_P(Rows, WindowStreamScaling,
-                         testing::Values(ScalingRow{2560, 1440, 1280, 720}, ScalingRow{200, 100, 400, 200},
-                                         ScalingRow{640, 360, 640, 360}, ScalingRow{333, 201, 128, 72}));
+                         testing::Values(ScalingRow{2560, 1440, 1280, 720, true, 1280, 720},
+                                         ScalingRow{200, 100, 400, 200, true, 400, 200},
+                                         ScalingRow{640, 360, 640, 360, true, 640, 360},
+                                         ScalingRow{333, 201, 128, 72, true, 128, 72},
+                                         ScalingRow{200, 100, 400, 200, false, 200, 100},
+                                         ScalingRow{333, 201, 1920, 1080, false, 333, 201},
+                                         ScalingRow{2560, 1440, 1280, 720, false, 1280, 720},
+                                         ScalingRow{640, 360, 640, 300, false, 640, 300}));
 
 TEST_F(WindowStream, DamageMakesCompleteFramesAndStillnessIdleOnes) {
     StreamRig rig(200, 100, configuration(100, 50));
@@ -272,6 +294,76 @@ TEST_F(WindowStream, IsBlankWhileUnmappedAndEndsWithTheWindow) {
     ASSERT_FALSE(stopped.ok());
     EXPECT_EQ(stopped.error().description, QStringLiteral("The window is gone"));
     EXPECT_TRUE(rig.stop().ok());
+}
+
+// Counts the end notices of a stream, with the moment of the first, on the main thread.
+struct EndNotices {
+    explicit EndNotices(X11WindowStream& stream) {
+        stream.setEndHandler([this](const Error& reason) {
+            if (reasons.empty()) firstNs = hostTimeNow();
+            reasons.push_back(reason.description);
+        });
+    }
+    QStringList reasons;
+    HostTimeNs firstNs = 0;
+};
+
+struct EndRow {
+    const char* name;
+    int frameRate;
+    bool unmappedFirst;   // destroyed while unmapped, when the stream only sends blank samples
+    double boundSeconds;  // one frame interval, plus a loaded machine's event delivery and scheduling
+};
+
+void PrintTo(const EndRow& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class WindowStreamEnd : public WindowStream, public testing::WithParamInterface<EndRow> {};
+
+TEST_P(WindowStreamEnd, TellsOnceWithinItsBoundWhenTheWindowIsDestroyed) {
+    const EndRow& row = GetParam();
+    StreamRig rig(200, 100, configuration(100, 50, row.frameRate));
+    EndNotices notices(rig.stream);
+    ASSERT_TRUE(rig.startAndWaitForPicture());
+    if (row.unmappedFirst) {
+        rig.window.unmap();
+        processEventsFor(200);
+    }
+    const HostTimeNs destroyedNs = hostTimeNow();
+    rig.window.destroy();
+    EXPECT_TRUE(waitUntil([&] { return !notices.reasons.isEmpty(); }, 3000));
+    processEventsFor(300);
+    ASSERT_EQ(notices.reasons, QStringList{QStringLiteral("The window is gone")});
+    EXPECT_LT(hostTimeToSeconds(notices.firstNs - destroyedNs), row.boundSeconds);
+    const Status stopped = rig.stop();
+    EXPECT_FALSE(stopped.ok());
+    processEventsFor(100);
+    EXPECT_EQ(notices.reasons.size(), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, WindowStreamEnd,
+                         testing::Values(EndRow{"at60fps", 60, false, 0.5}, EndRow{"at5fps", 5, false, 0.7},
+                                         EndRow{"whileUnmapped", 30, true, 0.5}),
+                         [](const testing::TestParamInfo<EndRow>& info) {
+                             return std::string(info.param.name);
+                         });
+
+TEST_F(WindowStream, TellsNoEndAfterAStopNorToAHandlerRemoved) {
+    for (const bool removeHandler : {false, true}) {
+        SCOPED_TRACE(removeHandler);
+        StreamRig rig(200, 100, configuration(100, 50, 30));
+        EndNotices notices(rig.stream);
+        ASSERT_TRUE(rig.startAndWaitForPicture());
+        if (removeHandler) {
+            rig.stream.setEndHandler({});
+        } else {
+            EXPECT_TRUE(rig.stop().ok());
+        }
+        rig.window.destroy();
+        processEventsFor(400);
+        EXPECT_TRUE(notices.reasons.isEmpty());
+    }
 }
 
 TEST_F(WindowStream, StopReturnsWithoutWaitingForTheNextDeadlineAndEndsDelivery) {
