@@ -1,23 +1,34 @@
 // kestrum-bench-dashboard-selection: the review window's content (DashboardView) with the real mpv
-// players, under a private Xvfb and PulseAudio, at 1280x800, on five 10-second 720p30 HEVC recordings
+// players, under a private Xvfb and PulseAudio, at 1280x800, on six 10-second 720p30 HEVC recordings
 // like the recorder's (a key frame every 2 seconds) whose "GameStart" stands at 4.5 s, so that each
-// opens at 3.5 s, in the middle of a key-frame interval. Details are answered at once (a cached detail).
+// opens at 3.5 s, in the middle of a key-frame interval. Details are answered at once (a cached detail),
+// except in the last case, where a sixth such recording carries a long game's 25 MB session document and
+// goes through a real RecordingDetailLoader with empty caches.
 //   figure dashboard_select_prepared_first_frame_ms  a selection of the neighbour of a recording that has
 //                                                    loaded (its player prepared) until its first frame is
 //                                                    swapped onto the screen
 //   figure dashboard_select_unprepared_first_frame_ms  the same for a recording with no player yet
+//   figure dashboard_select_cold_25mb_first_frame_ms   the same for the 25 MB recording, nothing cached: a
+//                                                    new loader on an empty disk cache folder for each
+//                                                    run (the file itself is in the system's page cache
+//                                                    after the first run, as a recording just saved is)
 // Each is the median of several runs. The picture on screen is checked afterwards, untimed: a wrong
 // frame is reported on stderr. Asserts nothing.
 #include "ClockStripe.h"
 #include "DashboardViewSetup.h"
 #include "EventLoopWaits.h"
+#include "LongGameDocument.h"
 #include "MadeUpLibrary.h"
 #include "StripeMovies.h"
+#include "base/async/Detached.h"
 #include "base/async/SystemClock.h"
 #include "core/dashboard/DashboardController.h"
 #include "core/library/RecordingLibraryModel.h"
+#include "core/library/detail/RecordingDetailLoader.h"
 #include "core/notifications/NotificationCenter.h"
 #include "core/settings/UserDefaults.h"
+#include "core/telemetry/RecordingSidecarStore.h"
+#include "core/telemetry/SessionDocumentBuilder.h"
 #include "media/mpv/MpvVideoPlayerFactory.h"
 #include "media/mpv/MpvVideoPlayerItem.h"
 #include "platform/fake/FakeFileActions.h"
@@ -42,7 +53,10 @@ namespace {
 
 using namespace kestrum;
 
-constexpr int kRecordings = 5;
+// Five recordings with cached details, and the one with the large document, listed last.
+constexpr int kRecordings = 6;
+constexpr int kLargeRecording = kRecordings - 1;
+constexpr std::size_t kLargeDocumentBytes = 25'000'000;
 constexpr double kMovieSeconds = 10;
 constexpr double kGameStartSeconds = 4.5;
 constexpr double kOpensAtSeconds = kGameStartSeconds - 1;
@@ -69,6 +83,23 @@ double median(std::vector<double> samples) {
     return samples[samples.size() / 2];
 }
 
+RecordingEvent gameStartEvent() {
+    RecordingEvent start;
+    start.id = 1;
+    start.name = "GameStart";
+    start.videoTime = kGameStartSeconds;
+    return start;
+}
+
+// The long game's document, with its "GameStart" where the other recordings have theirs.
+bool writeLargeDocument(const QString& moviePath) {
+    RecordingSessionData session = bench::longGameDocument(kLargeDocumentBytes);
+    const auto later = std::find_if(session.events.begin(), session.events.end(),
+                                    [](const RecordingEvent& e) { return e.videoTime > kGameStartSeconds; });
+    session.events.insert(later, gameStartEvent());
+    return RecordingSidecarStore::shared().writeSessionData(session, sessionDocumentPath(moviePath)).ok();
+}
+
 std::vector<MatchVideo> writeRecordings(const QString& folder) {
     std::vector<MatchVideo> matches = bench::madeUpLibrary(kRecordings);
     for (int index = 0; index < kRecordings; ++index) {
@@ -76,22 +107,41 @@ std::vector<MatchVideo> writeRecordings(const QString& folder) {
         match.url = folder + QStringLiteral("/game-%1.mov").arg(index);
         if (!test::writeStripeMovie(match.url, kMovieSeconds, index * kStripeOffsetStepMs)) return {};
     }
+    if (!writeLargeDocument(matches[kLargeRecording].url)) return {};
     return matches;
 }
 
-DashboardRecordingLoads cachedDetailLoads() {
-    return {[](const MatchVideo&) {
-                auto detail = std::make_shared<RecordingDetail>();
-                detail->duration = kMovieSeconds;
-                RecordingEvent start;
-                start.id = 1;
-                start.name = "GameStart";
-                start.videoTime = kGameStartSeconds;
-                detail->events.push_back(start);
-                return bench::readyFuture(std::shared_ptr<const RecordingDetail>(std::move(detail)));
-            },
-            [](const MatchVideo&) { return bench::readyFuture(std::optional<QImage>()); }};
-}
+// The loads of the window: details answered at once, as from the loader's memory; while a cold loader is
+// set, the large recording goes through it instead (its detail read and its thumbnail made from scratch).
+class BenchLoads {
+  public:
+    explicit BenchLoads(QString largeMoviePath) : largeMoviePath_(std::move(largeMoviePath)) {}
+
+    void setColdLoader(RecordingDetailLoader* loader) { coldLoader_ = loader; }
+
+    DashboardRecordingLoads loads() {
+        return {[this](const MatchVideo& match) {
+                    if (RecordingDetailLoader* cold = coldLoaderFor(match)) return cold->detail(match);
+                    auto detail = std::make_shared<RecordingDetail>();
+                    detail->duration = kMovieSeconds;
+                    detail->events.push_back(gameStartEvent());
+                    return bench::readyFuture(std::shared_ptr<const RecordingDetail>(std::move(detail)));
+                },
+                [this](const MatchVideo& match) {
+                    if (RecordingDetailLoader* cold = coldLoaderFor(match))
+                        return cold->thumbnail(match, std::nullopt);
+                    return bench::readyFuture(std::optional<QImage>());
+                }};
+    }
+
+  private:
+    RecordingDetailLoader* coldLoaderFor(const MatchVideo& match) const {
+        return match.url == largeMoviePath_ ? coldLoader_ : nullptr;
+    }
+
+    const QString largeMoviePath_;
+    RecordingDetailLoader* coldLoader_ = nullptr;
+};
 
 class Stage {
   public:
@@ -176,8 +226,9 @@ int main(int argc, char** argv) {
     RecordingLibraryModel library(defaults, std::nullopt, [&matches](const QString&) {
         return bench::readyFuture(Result<std::vector<MatchVideo>>(matches));
     });
-    DashboardController controller({defaults, clock, players, files, notifications}, library,
-                                   cachedDetailLoads(), folder.path());
+    BenchLoads loads(matches[kLargeRecording].url);
+    DashboardController controller({defaults, clock, players, files, notifications}, library, loads.loads(),
+                                   folder.path());
     QQmlEngine engine;
     const std::unique_ptr<QQuickView> shown =
         bench::showDashboardView(engine, controller, "kestrum-bench-dashboard-selection");
@@ -212,8 +263,24 @@ int main(int argc, char** argv) {
         unprepared.push_back(stage.select(displayed[4], offsetOf(displayed[4])));
         runEventLoopFor(kPreparationMs);
     }
+    // The large recording is listed last, nobody's neighbour of row 0; a new loader with an empty disk
+    // cache for each run, and the cache files it writes afterwards finished before the next run.
+    const MatchVideo& large = displayed.back();
+    std::vector<double> cold;
+    if (stage.select(displayed[0], offsetOf(displayed[0])) < 0) return 1;
+    for (int run = 0; run < kRuns; ++run) {
+        runEventLoopFor(kPreparationMs);
+        RecordingDetailLoader loader(folder.filePath(QStringLiteral("detail-cache-%1").arg(run)));
+        loads.setColdLoader(&loader);
+        cold.push_back(stage.select(large, offsetOf(large)));
+        runEventLoopFor(kPreparationMs);
+        if (stage.select(displayed[0], offsetOf(displayed[0])) < 0) return 1;
+        loads.setColdLoader(nullptr);
+        utilityPool().waitForDone();
+    }
     figure("dashboard_select_prepared_first_frame_ms", median(prepared), "ms");
     figure("dashboard_select_unprepared_first_frame_ms", median(unprepared), "ms");
+    figure("dashboard_select_cold_25mb_first_frame_ms", median(cold), "ms");
     controller.disappear();
     return 0;
 }

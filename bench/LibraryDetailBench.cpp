@@ -4,12 +4,11 @@
 // movie written by the application's own writer, made afresh and read back from the disk cache.
 // Prints `figure <name> <value> <unit>` lines, medians of repeated runs; asserts nothing.
 #include "BenchTiming.h"
-#include "SyntheticPlayers.h"
+#include "LongGameDocument.h"
 #include "base/async/Detached.h"
 #include "core/library/detail/RecordingDetailLoader.h"
 #include "core/telemetry/RecordingSidecarStore.h"
 #include "core/telemetry/SessionDocumentBuilder.h"
-#include "core/telemetry/SessionDocumentCodec.h"
 #include "media/MovieOutputSettings.h"
 #include "media/ThumbnailGenerator.h"
 #include "media/ffmpeg/FfmpegMovieWriterFactory.h"
@@ -42,33 +41,6 @@ constexpr int kWarmRuns = 200;
 // that no run pays for the one before.
 double medianMilliseconds(int runs, const std::function<void()>& body) {
     return bench::medianMilliseconds(runs, body, [] { utilityPool().waitForDone(); });
-}
-
-// A long game's document of about kSidecarBytes: 300 events and a snapshot of ten players a second.
-RecordingSessionData makeLongGame() {
-    RecordingSessionData session;
-    session.schemaVersion = 4;
-    for (int i = 0; i < 300; ++i) {
-        RecordingEvent event;
-        event.id = i;
-        event.name = i % 3 == 0 ? "ChampionKill" : "TurretKilled";
-        event.videoTime = 3.4 + i * 11.875;
-        event.killerName = "Player 1#EUW";
-        session.events.push_back(std::move(event));
-    }
-    session.scoreboard.emplace();
-    RecordingSessionData oneSnapshot;
-    oneSnapshot.scoreboard.emplace(1, RecordingScoreboardSnapshot{1.0, 1.0, {}});
-    for (int p = 0; p < 10; ++p)
-        oneSnapshot.scoreboard->front().players.push_back(bench::syntheticPlayer(1, p));
-    const std::size_t snapshotBytes = encodeSessionData(oneSnapshot).value().size();
-    const auto snapshots = static_cast<int>(kSidecarBytes / snapshotBytes);
-    for (int s = 0; s < snapshots; ++s) {
-        RecordingScoreboardSnapshot snapshot{3.4 + s * 1.0000123, 1.25 + s * 1.0000071, {}};
-        for (int p = 0; p < 10; ++p) snapshot.players.push_back(bench::syntheticPlayer(s, p));
-        session.scoreboard->push_back(std::move(snapshot));
-    }
-    return session;
 }
 
 // A 1080p30 movie of game-like pictures from the application's own writer (HEVC, its key frame rule).
@@ -123,7 +95,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "the 1080p HEVC movie could not be written\n");
         return 1;
     }
-    const RecordingSessionData session = makeLongGame();
+    const RecordingSessionData session = bench::longGameDocument(kSidecarBytes);
     if (!RecordingSidecarStore::shared().writeSessionData(session, sessionDocumentPath(video.url)).ok())
         return 1;
     const double sidecarMegabytes = QFileInfo(sessionDocumentPath(video.url)).size() / 1e6;

@@ -111,7 +111,8 @@ void DashboardSelection::handleSelectionChange() {
     setThumbnail(std::nullopt);
     emit movieStateChanged();
     startThumbnailJob(generation, *selected);
-    playerSetupTask_ = startPlayerJob(generation, *selected, autoplay);
+    // The detail is read on the loader's threads while this thread makes the player and opens its movie.
+    playerSetupTask_ = startPlayerJob(generation, *selected, autoplay, loads_.detail(*selected));
     startFocusJob();
 }
 
@@ -161,36 +162,37 @@ void DashboardSelection::startFocusJob() {
     }));
 }
 
-Job<void> DashboardSelection::startPlayerJob(std::uint64_t generation, const MatchVideo& match,
-                                             bool autoplay) {
-    return Job<void>::start(
-        [this, generation, match, autoplay](CancellationToken token) -> QCoro::Task<void> {
-            // The view shows the selection before the player is touched.
-            QCoro::Task<bool> yielding = yieldToEventLoop(token);
-            const bool yielded = co_await yielding;
-            if (!yielded || token.isCancelled() || !isCurrent(generation, token, match)) co_return;
-            DashboardPreparedPlayers::Prepared prepared = preparedPlayers_.playerFor(match.url);
-            if (prepared.isNew) emit preparedPlayersChanged();
-            VideoPlayer& player = *prepared.player;
-            player.setVolume(readPlaybackVolume(c_.defaults));
-            player.setMuted(readPlaybackMuted(c_.defaults));
-            // The speed does not carry over from one recording to the next.
-            c_.playback.setPlaybackRate(1.0);
-            player.setDefaultRate(1.0);
-            if (prepared.isNew && damagedMoviePaths_.remove(match.url)) emit recordingDamaged(match.url);
-            adoptPlayer(prepared.player, match);
-            if (detailLoadingTask_) detailLoadingTask_->cancel();
-            clearRecordingDetail();
-            detailLoadingTask_ =
-                startDetailJob(generation, match, autoplay, std::move(prepared.player), prepared.isNew);
-        });
+Job<void> DashboardSelection::startPlayerJob(std::uint64_t generation, const MatchVideo& match, bool autoplay,
+                                             QFuture<DetailPointer> detail) {
+    return Job<void>::start([this, generation, match, autoplay,
+                             detail](CancellationToken token) -> QCoro::Task<void> {
+        // The view shows the selection before the player is touched.
+        QCoro::Task<bool> yielding = yieldToEventLoop(token);
+        const bool yielded = co_await yielding;
+        if (!yielded || token.isCancelled() || !isCurrent(generation, token, match)) co_return;
+        DashboardPreparedPlayers::Prepared prepared = preparedPlayers_.playerFor(match.url);
+        if (prepared.isNew) emit preparedPlayersChanged();
+        VideoPlayer& player = *prepared.player;
+        player.setVolume(readPlaybackVolume(c_.defaults));
+        player.setMuted(readPlaybackMuted(c_.defaults));
+        // The speed does not carry over from one recording to the next.
+        c_.playback.setPlaybackRate(1.0);
+        player.setDefaultRate(1.0);
+        if (prepared.isNew && damagedMoviePaths_.remove(match.url)) emit recordingDamaged(match.url);
+        adoptPlayer(prepared.player, match);
+        if (detailLoadingTask_) detailLoadingTask_->cancel();
+        clearRecordingDetail();
+        detailLoadingTask_ =
+            startDetailJob(generation, match, autoplay, detail, std::move(prepared.player), prepared.isNew);
+    });
 }
 
 Job<void> DashboardSelection::startDetailJob(std::uint64_t generation, const MatchVideo& match, bool autoplay,
+                                             QFuture<DetailPointer> detailLoading,
                                              std::shared_ptr<VideoPlayer> player, bool isNewPlayer) {
-    return Job<void>::start([this, generation, match, autoplay, player,
+    return Job<void>::start([this, generation, match, autoplay, detailLoading, player,
                              isNewPlayer](CancellationToken token) -> QCoro::Task<void> {
-        QFuture<std::shared_ptr<const RecordingDetail>> loading = loads_.detail(match);
+        QFuture<std::shared_ptr<const RecordingDetail>> loading = detailLoading;
         const std::shared_ptr<const RecordingDetail> detail = co_await loading;
         if (token.isCancelled() || !isCurrent(generation, token, match)) co_return;
         // A detail that could not be loaded leaves the empty fields: the movie still plays from 0.
@@ -220,9 +222,16 @@ Job<void> DashboardSelection::startDetailJob(std::uint64_t generation, const Mat
         preparedStartSeconds_.removeIf([this](QHash<QString, double>::iterator entry) {
             return !preparedPlayers_.contains(entry.key());
         });
-        prepareNeighbours();
         emit preparedPlayersChanged();
+        prepareNeighboursOncePictured();
     });
+}
+
+void DashboardSelection::prepareNeighboursOncePictured() {
+    neighboursAwaitPicture_ = !isVideoReady_ && !isMovieDamaged_;
+    if (neighboursAwaitPicture_) return;
+    prepareNeighbours();
+    emit preparedPlayersChanged();
 }
 
 void DashboardSelection::prepareNeighbours() {
@@ -307,6 +316,7 @@ void DashboardSelection::setVideoReady(bool ready) {
     if (ready == isVideoReady_) return;
     isVideoReady_ = ready;
     emit movieStateChanged();
+    if (ready && neighboursAwaitPicture_) prepareNeighboursOncePictured();
 }
 
 void DashboardSelection::markDamaged(const QString& moviePath) {
@@ -317,9 +327,11 @@ void DashboardSelection::markDamaged(const QString& moviePath) {
     if (!selected || selected->url != moviePath || isMovieDamaged_) return;
     isMovieDamaged_ = true;
     emit movieStateChanged();
+    if (neighboursAwaitPicture_) prepareNeighboursOncePictured();
 }
 
 void DashboardSelection::cancelJobs() {
+    neighboursAwaitPicture_ = false;
     if (playerSetupTask_) playerSetupTask_->cancel();
     if (detailLoadingTask_) detailLoadingTask_->cancel();
     playerSetupTask_.reset();

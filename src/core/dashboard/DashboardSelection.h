@@ -31,13 +31,15 @@ enum class DashboardMovieState : std::uint8_t {
 };
 
 // The selection of the review window and the jobs it starts. Every change of the library's selected
-// recording raises `selectionGeneration` and starts, for the new recording: a thumbnail job, a player job
+// recording raises `selectionGeneration`, asks for the new recording's detail at once (read on the
+// loader's threads while the player opens its movie), and starts: a thumbnail job, a player job
 // (which yields once so the selection shows first, then takes a prepared player or makes one, applies the
 // stored volume and mute, resets the speed, and starts the detail job), and a focus job. The detail job
-// loads the recording's detail, hands it to the timeline and the scoreboard, seeks exactly to one second
+// awaits the recording's detail, hands it to the timeline and the scoreboard, seeks exactly to one second
 // before "GameStart" (0 without one), starts playing if the selection asked for it and the user still
 // wants it, ends the loading, and prunes the prepared players to the selection and its neighbours.
-// It then prepares the neighbours that have no player yet: a player made, the neighbour's detail loaded,
+// Once the selection's picture is on screen (or its movie is found damaged), it prepares the neighbours
+// that have no player yet: a player made, the neighbour's detail loaded,
 // and the player paused exactly at the neighbour's start time, so that selecting it shows that picture
 // at once (the view keeps a prepared player's picture decoded). Selected, a player whose preparation
 // finished and that still stands at the start time is not sought again.
@@ -113,9 +115,16 @@ class DashboardSelection : public QObject {
     bool isCurrent(std::uint64_t generation, const CancellationToken& token, const MatchVideo& match) const;
     void startThumbnailJob(std::uint64_t generation, const MatchVideo& match);
     void startFocusJob();
-    Job<void> startPlayerJob(std::uint64_t generation, const MatchVideo& match, bool autoplay);
+    using DetailPointer = std::shared_ptr<const RecordingDetail>;
+    // `detail`: the selection's detail, asked for when the selection changed.
+    Job<void> startPlayerJob(std::uint64_t generation, const MatchVideo& match, bool autoplay,
+                             QFuture<DetailPointer> detail);
     Job<void> startDetailJob(std::uint64_t generation, const MatchVideo& match, bool autoplay,
-                             std::shared_ptr<VideoPlayer> player, bool isNewPlayer);
+                             QFuture<DetailPointer> detail, std::shared_ptr<VideoPlayer> player,
+                             bool isNewPlayer);
+    // Once the selection's picture is on screen (or its movie found damaged): preparing the neighbours
+    // makes players, opens movies and decodes, which would otherwise compete with that first picture.
+    void prepareNeighboursOncePictured();
     void prepareNeighbours();
     Job<void> startPreparationJob(const MatchVideo& match, std::shared_ptr<VideoPlayer> player);
     // The start a finished preparation left the movie's player paused at, forgotten once asked.
@@ -140,6 +149,8 @@ class DashboardSelection : public QObject {
     bool isVideoReady_ = false;
     bool isMovieDamaged_ = false;
     bool hasRecordingDetail_ = false;
+    // The selection's detail job has ended and its neighbours wait for its picture to be prepared.
+    bool neighboursAwaitPicture_ = false;
     QSet<QString> damagedMoviePaths_;
     std::optional<Job<void>> playerSetupTask_;
     std::optional<Job<void>> detailLoadingTask_;

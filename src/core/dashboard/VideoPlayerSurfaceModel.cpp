@@ -62,7 +62,7 @@ double VideoPlayerSurfaceModel::scrubberValue() const {
 }
 
 QString VideoPlayerSurfaceModel::currentTimeText() const {
-    return formatTime(playback_.currentTime());
+    return playheadTimeText(playback_.currentTime(), playback_.videoDuration());
 }
 
 QString VideoPlayerSurfaceModel::durationText() const {

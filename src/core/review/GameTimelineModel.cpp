@@ -106,7 +106,7 @@ double GameTimelineModel::progress() const {
 }
 
 QString GameTimelineModel::currentTimeText() const {
-    return formatTime(currentTime_);
+    return playheadTimeText(currentTime_, track_.durationSeconds());
 }
 
 QString GameTimelineModel::durationText() const {

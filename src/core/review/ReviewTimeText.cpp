@@ -28,6 +28,11 @@ QString formatTime(double seconds) {
     return minutesAndSeconds(clampedWholeSeconds(std::floor(seconds)), 1);
 }
 
+QString playheadTimeText(double currentSeconds, double durationSeconds) {
+    if (durationSeconds > 0 && currentSeconds > durationSeconds) return formatTime(durationSeconds);
+    return formatTime(currentSeconds);
+}
+
 QString timerText(double seconds) {
     if (std::isnan(seconds) || seconds <= 0) return QStringLiteral("LIVE");
     return minutesAndSeconds(clampedWholeSeconds(std::ceil(seconds)), 1);

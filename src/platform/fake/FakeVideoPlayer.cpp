@@ -219,7 +219,7 @@ void FakeVideoPlayer::becomeReadyLater() {
     QMetaObject::invokeMethod(
         &noticeContext_,
         [this, path = itemPath_] {
-            if (itemPath_ != path || readyForDisplay_ || itemFailed_) return;
+            if (itemPath_ != path || readyForDisplay_ || itemFailed_ || !showsPictureByItself) return;
             readyForDisplay_ = true;
             deliver([](VideoPlayerListener& listener) { listener.readyForDisplayChanged(true); });
         },

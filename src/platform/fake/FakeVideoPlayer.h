@@ -95,6 +95,9 @@ class FakeVideoPlayer final : public VideoPlayer {
     void finishPendingSeek(bool finished = true);
     bool hasPendingSeek() const { return pendingSeek_.has_value(); }
 
+    // Set: the item becomes ready for display from the event loop, as a real player's first picture; cleared
+    // before the event loop runs, it waits for setReadyForDisplay.
+    bool showsPictureByItself = true;
     // Script: the readiness of the picture and a waiting status, each reported as a real player would.
     void setReadyForDisplay(bool ready);
     void setTimeControlStatus(VideoPlayerTimeControlStatus status);

@@ -222,6 +222,37 @@ TEST_F(RecordingDetailLoaderTest, AReplacedMovieGetsANewThumbnail) {
     EXPECT_EQ(replaced->size(), QSize(160, 90));
 }
 
+TEST_F(RecordingDetailLoaderTest, AMovieThatCannotBeOpenedSpansTheGameItsDocumentTells) {
+    // The first half of a real movie: its index is gone, as after a crash mid-write.
+    const QByteArray whole = readFileBytes(movie_.url);
+    const QString damaged = folder_.filePath(QStringLiteral("2026-01-02_11-00-00_CLASSIC_Ahri_MIDDLE.mov"));
+    ASSERT_TRUE(writeFileBytes(damaged, whole.left(whole.size() / 2)));
+    RecordingSessionData session = sessionWithEvents(2);
+    RecordingEvent start;
+    start.id = 99;
+    start.name = "GameStart";
+    start.videoTime = 6;
+    session.events.insert(session.events.begin(), start);
+    RecordingScoreboardSnapshot last;
+    last.videoTime = 1505;
+    last.gameTime = 1500;
+    session.scoreboard = std::vector<RecordingScoreboardSnapshot>{last};
+    ASSERT_TRUE(RecordingSidecarStore::shared().writeSessionData(session, sessionDocumentPath(damaged)).ok());
+    const QString bare = folder_.filePath(QStringLiteral("bare.mov"));
+    ASSERT_TRUE(writeFileBytes(bare, "not a movie"));
+
+    RecordingDetailLoader loader(cacheFolder());
+    const std::shared_ptr<const RecordingDetail> detail = loader.detail(videoAt(damaged)).result();
+    ASSERT_TRUE(detail);
+    EXPECT_EQ(detail->events.size(), 3u);
+    EXPECT_DOUBLE_EQ(detail->duration, 1506.0);
+    EXPECT_NEAR(detail->aspectRatio, 16.0 / 9.0, 1e-6);
+    const std::shared_ptr<const RecordingDetail> nothing = loader.detail(videoAt(bare)).result();
+    ASSERT_TRUE(nothing);
+    EXPECT_TRUE(nothing->events.empty());
+    EXPECT_EQ(nothing->duration, 0);
+}
+
 TEST_F(RecordingDetailLoaderTest, AFileThatIsNoMovieGivesNoThumbnailAndLeavesNothingBehind) {
     const QString fake = folder_.filePath(QStringLiteral("fake.mov"));
     ASSERT_TRUE(writeFileBytes(fake, "not a movie"));

@@ -6,6 +6,7 @@
 #include "base/async/SerialQueue.h"
 #include "core/library/detail/CachedDetailCodec.h"
 #include "core/library/detail/DetailCacheKeys.h"
+#include "core/library/detail/RecordingTimelineSpan.h"
 #include "core/library/detail/ThumbnailMemoryCache.h"
 #include "core/telemetry/RecordingSidecarStore.h"
 #include "core/telemetry/SessionDocumentBuilder.h"
@@ -85,14 +86,16 @@ LoadedDetail loadDetail(const QString& moviePath, const QString& cacheFile,
         if (auto cached = readCachedDetail(cacheFile, fingerprint)) return {std::move(cached), false};
     }
     RecordingSessionData telemetry = readTelemetry(sessionDocumentPath(moviePath));
-    // A movie that cannot be opened has no duration and the default shape.
-    const MovieMeasurement shape = measureMovie(moviePath).value_or(MovieMeasurement{});
+    // A movie that cannot be opened has the default shape, and the length its document gives the game.
+    const std::optional<MovieMeasurement> measured = measureMovie(moviePath);
     auto detail = std::make_shared<RecordingDetail>();
     detail->events = std::move(telemetry.events);
     detail->scoreboard = std::move(*telemetry.scoreboard);
     detail->matchData = std::move(telemetry.matchData);
-    detail->duration = shape.durationSeconds;
-    detail->aspectRatio = shape.aspectRatio;
+    detail->duration = recordingTimelineSpanSeconds(
+        measured ? std::optional<double>(measured->durationSeconds) : std::nullopt, detail->events,
+        detail->scoreboard, detail->matchData);
+    detail->aspectRatio = measured.value_or(MovieMeasurement{}).aspectRatio;
     return {std::move(detail), !cacheFile.isEmpty()};
 }
 

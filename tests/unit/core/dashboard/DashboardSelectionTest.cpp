@@ -3,6 +3,8 @@
 
 #include <QSignalSpy>
 
+#include <functional>
+
 namespace kestrum::test {
 namespace {
 
@@ -355,6 +357,70 @@ TEST_F(DashboardSelectionTest, TheNeighboursArePreparedAtTheirStartAndShownWitho
     DashboardHarness::settle();
     ASSERT_EQ(third->seeks().size(), 1u);
     EXPECT_EQ(third->seeks().front().value, 9.5);
+}
+
+// Preparing a neighbour makes a player, opens its movie and decodes: it waits until the selection's own
+// picture is on screen, or until its movie turns out damaged and no picture will come.
+TEST(DashboardSelectionNeighbours, WaitForTheSelectionsPictureOrItsFailure) {
+    struct Row {
+        const char* name;
+        std::function<void(FakeVideoPlayer&)> ends;
+    };
+    const Row rows[] = {
+        {"the picture shows", [](FakeVideoPlayer& player) { player.setReadyForDisplay(true); }},
+        {"the movie is damaged",
+         [](FakeVideoPlayer& player) { player.failCurrentItem(QStringLiteral("bad")); }},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        DashboardHarness h;
+        h.factory.picturesShowByThemselves = false;
+        h.controller();
+        h.showLibrary({kFirst, kSecond, kThird, kFourth});
+        h.select(kSecond);
+        h.loads.finishDetail(h.loads.details.size() - 1, detailWith({event(1, "GameStart", 30)}, 100));
+        DashboardHarness::settle();
+        EXPECT_FALSE(h.controller().playback()->isLoadingRecording());
+        // The first recording's player stays from the library's first selection; the third has none.
+        EXPECT_FALSE(h.factory.madeFor.contains(kThird.url)) << "no neighbour before the picture";
+        EXPECT_EQ(h.controller().selection().preparedPlayers().count(), 2u);
+
+        row.ends(*h.player());
+        DashboardHarness::settle();
+        EXPECT_EQ(h.factory.madeFor.count(kThird.url), 1);
+        EXPECT_EQ(h.controller().selection().preparedPlayers().count(), 3u);
+
+        // A newer selection drops the wait of the older one: its picture coming late prepares nothing.
+        h.select(kFourth);
+        FakeVideoPlayer* fourth = h.player();
+        h.select(kFirst);
+        h.loads.finishLatestDetailFor(kFirst.url, detailWith({}, 100));
+        DashboardHarness::settle();
+        const qsizetype madeBefore = h.factory.madeFor.size();
+        fourth->setReadyForDisplay(true);
+        DashboardHarness::settle();
+        EXPECT_EQ(h.factory.madeFor.size(), madeBefore) << "the outdated picture prepares nothing";
+    }
+}
+
+// The detail is asked for as the selection changes, before the player is made, so that reading it and
+// opening the movie overlap.
+TEST_F(DashboardSelectionTest, TheDetailIsAskedForBeforeThePlayerIsMade) {
+    const std::size_t detailsBefore = h.loads.details.size();
+    const qsizetype playersBefore = h.factory.madeFor.size();
+    h.library.setSelectedMatches({kThird});
+    h.library.setSelectedMatch(kThird);
+    ASSERT_EQ(h.loads.details.size(), detailsBefore + 1) << "asked for at once";
+    EXPECT_EQ(h.loads.details.back().moviePath, kThird.url);
+    EXPECT_EQ(h.factory.madeFor.size(), playersBefore) << "the player comes after a turn of the event loop";
+    h.loads.finishDetail(h.loads.details.size() - 1, detailWith({event(1, "GameStart", 12)}, 100));
+    DashboardHarness::settle();
+    EXPECT_EQ(h.player()->currentItemPath(), kThird.url);
+    ASSERT_FALSE(h.player()->seeks().empty());
+    EXPECT_EQ(h.player()->seeks().back().value, 11);
+    const auto asked = std::count_if(h.loads.details.begin(), h.loads.details.end(),
+                                     [](const auto& pending) { return pending.moviePath == kThird.url; });
+    EXPECT_EQ(asked, 1) << "one detail for the selection, not two";
 }
 
 TEST_F(DashboardSelectionTest, AnEntryTheLibraryFoundDamagedSaysSoBeforeItIsOpened) {

@@ -32,11 +32,15 @@ class FakePlayerFactory final : public VideoPlayerFactory {
     std::unique_ptr<VideoPlayer> makePlayer(const QString& moviePath) override {
         madeFor.append(moviePath);
         const bool opens = !unopenable.contains(moviePath);
-        return std::make_unique<FakeVideoPlayer>(opens ? std::optional<QString>(moviePath) : std::nullopt,
-                                                 movieDurationSeconds);
+        auto player = std::make_unique<FakeVideoPlayer>(
+            opens ? std::optional<QString>(moviePath) : std::nullopt, movieDurationSeconds);
+        player->showsPictureByItself = picturesShowByThemselves;
+        return player;
     }
 
     double movieDurationSeconds = 1800;
+    // Cleared: the players made wait for their picture to be scripted ready.
+    bool picturesShowByThemselves = true;
     QSet<QString> unopenable;
     QStringList madeFor;
 };

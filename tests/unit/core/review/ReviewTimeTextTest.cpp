@@ -55,6 +55,31 @@ INSTANTIATE_TEST_SUITE_P(Table, GameClockTextTest,
                                          TextCase{599.99, "09:59"}, TextCase{3600, "60:00"},
                                          TextCase{-3, "00:00"}, TextCase{kNaN, "00:00"}));
 
+struct PlayheadCase {
+    double currentSeconds;
+    double durationSeconds;
+    const char* expected;
+};
+
+void PrintTo(const PlayheadCase& row, std::ostream* out) {
+    *out << row.currentSeconds << " of " << row.durationSeconds << " reads " << row.expected;
+}
+
+class PlayheadTimeTextTest : public testing::TestWithParam<PlayheadCase> {};
+
+TEST_P(PlayheadTimeTextTest, NeverReadsPastAKnownLength) {
+    EXPECT_EQ(playheadTimeText(GetParam().currentSeconds, GetParam().durationSeconds),
+              QString::fromUtf8(GetParam().expected));
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, PlayheadTimeTextTest,
+                         testing::Values(PlayheadCase{5, 30, "0:05"}, PlayheadCase{45, 30, "0:30"},
+                                         PlayheadCase{30.9, 30.5, "0:30"}, PlayheadCase{-2, 30, "0:00"},
+                                         // A length not known yet keeps the playhead where it is.
+                                         PlayheadCase{5, 0, "0:05"}, PlayheadCase{5, -1, "0:05"},
+                                         PlayheadCase{5, kNaN, "0:05"}, PlayheadCase{kNaN, 30, "0:00"},
+                                         PlayheadCase{kInfinity, 90, "1:30"}));
+
 TEST(ReviewTimeText, HugeFiniteTimesDoNotOverflow) {
     EXPECT_FALSE(formatTime(1e300).startsWith(QLatin1Char('-')));
     EXPECT_FALSE(timerText(1e300).startsWith(QLatin1Char('-')));
