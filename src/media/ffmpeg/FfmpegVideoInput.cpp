@@ -10,13 +10,18 @@ extern "C" {
 
 #include <pthread.h>
 
+#include <algorithm>
+
 namespace kestrum::ffmpeg {
 
 namespace {
 
-// Frames queued ahead of the encoder: a few for real-time capture, more for an offline producer.
-constexpr std::int64_t kRealTimeQueueFrames = 4;
+constexpr std::int64_t kMinimumRealTimeQueueFrames = 4;
 constexpr std::int64_t kOfflineQueueFrames = 16;
+// The real-time queue holds 1/kRealTimeQueueFractionOfSecond seconds of frames. The encoder's start (its
+// threads, the first key frame, the first touch of its buffers) has kept a 1080p60 x264 encoder from
+// taking frames for up to 150 ms on two cores.
+constexpr std::int64_t kRealTimeQueueFractionOfSecond = 5;
 constexpr unsigned kHevcTag = MKTAG('h', 'v', 'c', '1');
 constexpr unsigned kAvcTag = MKTAG('a', 'v', 'c', '1');
 
@@ -26,8 +31,17 @@ std::int64_t nsToTicks(HostTimeNs ns) {
 
 }  // namespace
 
+std::int64_t videoInputQueueFrames(bool expectsRealTime, int expectedFrameRate) {
+    if (!expectsRealTime) return kOfflineQueueFrames;
+    const std::int64_t framesInWindow =
+        (expectedFrameRate + kRealTimeQueueFractionOfSecond - 1) / kRealTimeQueueFractionOfSecond;
+    return std::max(kMinimumRealTimeQueueFrames, framesInWindow);
+}
+
 FfmpegVideoInput::FfmpegVideoInput(VideoOutputSettings settings, std::shared_ptr<WriterState> state)
-    : settings_(settings), state_(std::move(state)), queue_(kRealTimeQueueFrames) {}
+    : settings_(settings),
+      state_(std::move(state)),
+      queue_(videoInputQueueFrames(true, settings_.expectedFrameRate)) {}
 
 FfmpegVideoInput::~FfmpegVideoInput() {
     stop();
@@ -39,7 +53,7 @@ bool FfmpegVideoInput::isReadyForMoreMediaData() const {
 
 void FfmpegVideoInput::setExpectsMediaDataInRealTime(bool expectsRealTime) {
     realTime_.store(expectsRealTime);
-    queue_.setCapacity(expectsRealTime ? kRealTimeQueueFrames : kOfflineQueueFrames);
+    queue_.setCapacity(videoInputQueueFrames(expectsRealTime, settings_.expectedFrameRate));
 }
 
 bool FfmpegVideoInput::append(std::shared_ptr<const PixelBuffer> frame, HostTimeNs presentationHostTimeNs) {

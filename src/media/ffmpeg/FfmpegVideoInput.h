@@ -14,6 +14,12 @@ namespace kestrum::ffmpeg {
 
 class FfmpegMuxer;
 
+// How many frames may wait for the encoder. A real-time producer gets a fifth of a second of frames at
+// its expected rate (at least four): enough to ride out the encoder's start without a refusal, at the
+// cost of up to that many frames held in memory (12 BGRA 1080p frames, about 100 MB, at 60 fps) while the
+// encoder lags. An offline producer, which waits instead of dropping, gets a fixed 16.
+std::int64_t videoInputQueueFrames(bool expectsRealTime, int expectedFrameRate);
+
 // The video track: BGRA frames are queued by the capture thread and converted (VideoFrameConverter) and
 // encoded on the input's own thread, "kestrum-video". Variable frame rate: each frame keeps its own
 // time, movie time = host time - session start in 1/90000 s; frames before the session start, or not
