@@ -12,6 +12,7 @@
 #include "app/RecordingSide.h"
 #include "app/ShellScreens.h"
 #include "app/TerminationSignals.h"
+#include "base/async/Detached.h"
 #include "core/settings/SettingsKeys.h"
 #include "core/settings/UserDefaults.h"
 #include "core/shell/KestrumAppDelegate.h"
@@ -29,6 +30,8 @@
 #include <memory>
 
 namespace {
+
+constexpr int kFinishDetachedWorkLimitMs = 5'000;
 
 // Without any display the application still runs (and reports that capture is unavailable) rather than
 // refusing to start.
@@ -164,5 +167,10 @@ int main(int argc, char** argv) {
     }
     printLine(app.isInTray() ? QStringLiteral("Kestrum is in the tray")
                              : QStringLiteral("Kestrum found no tray on this desktop"));
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    // The review window's loads may still run; the wait is bounded so that a stuck read never holds the
+    // quit (the system's own shutdown would then end the process).
+    if (!finishDetachedWork(kFinishDetachedWorkLimitMs))
+        printLine(QStringLiteral("Kestrum: quitting with background work still running"));
+    return status;
 }

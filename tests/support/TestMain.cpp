@@ -3,6 +3,7 @@
 // unless a display is asked for, for tests that draw text or images; the widgets variant
 // (KESTRUM_TEST_WIDGETS) makes a QApplication there, for the few dialogs that are widgets.
 #include "support/TestEnvironment.h"
+#include "support/TestRun.h"
 
 #include <gtest/gtest.h>
 
@@ -33,5 +34,5 @@ int main(int argc, char** argv) {
     QCoreApplication::setOrganizationName(QStringLiteral("Kestrum"));
     QCoreApplication::setApplicationName(QStringLiteral("Kestrum"));
     testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    return kestrum::test::runAllTestsThenFinishBackgroundWork();
 }

@@ -14,4 +14,8 @@ QThreadPool& utilityPool() {
     return *pool;
 }
 
+bool finishDetachedWork(int limitMs) {
+    return utilityPool().waitForDone(limitMs);
+}
+
 }  // namespace kestrum

@@ -13,6 +13,11 @@ namespace kestrum {
 // compete with capture. Created on first use, thread-safe, never destroyed.
 QThreadPool& utilityPool();
 
+// Waits at most `limitMs` for the utility pool's work to end. For the end of a program's main: work still
+// running there (a thumbnail loading an image plugin, a log line's append) would run on while the
+// toolkit's static objects are destroyed, and crash the exit. True when nothing is left running.
+bool finishDetachedWork(int limitMs);
+
 // Runs `work` away from the calling thread on the utility pool. The result is a QFuture that a
 // coroutine awaits with `co_await` (QCoro), or that is simply dropped for fire-and-forget work.
 template <class Work>

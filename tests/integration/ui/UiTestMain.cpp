@@ -4,6 +4,7 @@
 #include "QmlViewHarness.h"
 #include "support/DisplayServers.h"
 #include "support/TestEnvironment.h"
+#include "support/TestRun.h"
 #include "ui/KestrumUi.h"
 
 #include <gtest/gtest.h>
@@ -44,5 +45,5 @@ int main(int argc, char** argv) {
     QCoreApplication::setOrganizationName(QStringLiteral("Kestrum"));
     QCoreApplication::setApplicationName(QStringLiteral("Kestrum"));
     testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    return kestrum::test::runAllTestsThenFinishBackgroundWork();
 }

@@ -6,6 +6,7 @@
 #include "PlayerStage.h"
 #include "support/DisplayServers.h"
 #include "support/TestEnvironment.h"
+#include "support/TestRun.h"
 
 #include <gtest/gtest.h>
 
@@ -64,5 +65,5 @@ int main(int argc, char** argv) {
     QCoreApplication::setOrganizationName(QStringLiteral("Kestrum"));
     QCoreApplication::setApplicationName(QStringLiteral("Kestrum"));
     testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    return kestrum::test::runAllTestsThenFinishBackgroundWork();
 }

@@ -5,6 +5,7 @@
 #include "TestWindowClient.h"
 #include "support/DisplayServers.h"
 #include "support/TestEnvironment.h"
+#include "support/TestRun.h"
 
 #include <gtest/gtest.h>
 
@@ -46,5 +47,5 @@ int main(int argc, char** argv) {
     }
     QGuiApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    return kestrum::test::runAllTestsThenFinishBackgroundWork();
 }
