@@ -23,7 +23,9 @@ struct EngineOption {
 // end at once, where a prepared player must stay loaded. keep-open keeps a movie loaded at its end (and
 // at `end`), paused there. Frames are handed to the renderer as soon as they are due, since Qt, not mpv,
 // paces the screen. Decoding stays in software: hardware decoders are not there everywhere, and copying
-// their pictures back costs what they save at 720p.
+// their pictures back costs what they save at 720p. Sound goes to the desktop's sound server or straight
+// to ALSA, else nowhere: the engine's other defaults include SDL's output, which hangs when two engines
+// (the shown player and a prepared neighbour) open it at the same moment with no server to reach.
 constexpr EngineOption kOptions[] = {
     {"vo", "libmpv"},
     {"config", "no"},
@@ -46,6 +48,7 @@ constexpr EngineOption kOptions[] = {
     {"keep-open", "yes"},
     {"keep-open-pause", "yes"},
     {"track-auto-selection", "no"},
+    {"ao", "pipewire,pulse,alsa"},
     {"audio-fallback-to-null", "yes"},
     {"audio-pitch-correction", "yes"},
     {"audio-client-name", "Kestrum"},

@@ -224,6 +224,27 @@ TEST_F(MpvVideoPlayerTest, ControlsReadBackAndReachTheEngine) {
     }
 }
 
+// With no sound server to reach, each engine falls back to silence. The shown player and its prepared
+// neighbours open their sound at the same moment, and none may wait on another's sound output: SDL's,
+// one of the engine's defaults, hangs when two engines open it together.
+TEST_F(MpvVideoPlayerTest, PlayersOpeningTheirSoundTogetherWithNoSoundServerAllSettle) {
+    // Each test runs in a process of its own: no engine is running yet to read the environment.
+    const QByteArray pulseServer = qgetenv("PULSE_SERVER");
+    qputenv("PULSE_SERVER", "unix:/nonexistent/kestrum-no-sound-server");
+    qputenv("PIPEWIRE_REMOTE", "kestrum-no-sound-server");
+    constexpr int kPlayers = 6;
+    for (int index = 0; index < kPlayers; ++index) prepare(index % 2 == 0 ? movies.clock() : movies.other());
+    for (int index = 0; index < kPlayers; ++index) {
+        EXPECT_TRUE(waitUntilSettled(*players[index])) << "player " << index << " never settled";
+        EXPECT_EQ(players[index]->engineProperty("current-ao").toString(), QStringLiteral("null"))
+            << "player " << index;
+    }
+    stage->item().setPlayer(players.back().get());
+    EXPECT_TRUE(waitFor([&] { return players.back()->isReadyForDisplay(); }, 15000));
+    qputenv("PULSE_SERVER", pulseServer);
+    qunsetenv("PIPEWIRE_REMOTE");
+}
+
 TEST_F(MpvVideoPlayerTest, ReplacingTheItemShowsTheNewMovieFromItsStart) {
     MpvVideoPlayer& player = show(movies.clock());
     player.setForwardPlaybackEndTime(6.0);
