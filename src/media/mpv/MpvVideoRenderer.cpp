@@ -35,8 +35,8 @@ MpvVideoRenderer::MpvVideoRenderer(std::shared_ptr<MpvUpdateRelay> relay) : rela
 // The scene graph deletes its renderers on the render thread with its OpenGL context current, which is
 // what freeing the render context needs.
 MpvVideoRenderer::~MpvVideoRenderer() {
-    context_.reset();
-    warmContexts_.clear();
+    retire(std::move(context_));
+    for (std::unique_ptr<MpvRenderContext>& warm : warmContexts_) retire(std::move(warm));
     warmTarget_.reset();
     MpvHandle::releaseOnMainThread(std::move(wantedEngine_));
     for (std::shared_ptr<MpvHandle>& engine : wantedWarmEngines_)
@@ -87,15 +87,30 @@ void MpvVideoRenderer::render() {
 
 void MpvVideoRenderer::renderWarmContexts() {
     if (warmContexts_.empty()) return;
-    if (!warmTarget_) {
-        QOpenGLFramebufferObjectFormat format;
-        format.setAttachment(QOpenGLFramebufferObject::NoAttachment);
-        warmTarget_ = std::make_unique<QOpenGLFramebufferObject>(kWarmTargetSize, format);
-    }
+    makeWarmTarget();
     bool drew = false;
     for (const std::unique_ptr<MpvRenderContext>& warm : warmContexts_)
         drew = warm->renderIfDue(warmTarget_->handle(), kWarmTargetSize) || drew;
     if (drew) QQuickOpenGLUtils::resetOpenGLState();
+}
+
+void MpvVideoRenderer::makeWarmTarget() {
+    if (warmTarget_) return;
+    QOpenGLFramebufferObjectFormat format;
+    format.setAttachment(QOpenGLFramebufferObject::NoAttachment);
+    warmTarget_ = std::make_unique<QOpenGLFramebufferObject>(kWarmTargetSize, format);
+}
+
+void MpvVideoRenderer::retire(std::unique_ptr<MpvRenderContext> context) {
+    if (!context) return;
+    // Freeing waits for the engine to take its video output down, and the output may itself be waiting
+    // (up to 200 ms) for its last frame to be drawn, which nobody would do while this thread waits: the
+    // frame is drawn first, unseen.
+    if (QOpenGLContext::currentContext() == nullptr) return;
+    makeWarmTarget();
+    context->render(warmTarget_->handle(), kWarmTargetSize);
+    context.reset();
+    QQuickOpenGLUtils::resetOpenGLState();
 }
 
 bool MpvVideoRenderer::isWantedWarm(const MpvHandle* engine) const {
@@ -105,10 +120,12 @@ bool MpvVideoRenderer::isWantedWarm(const MpvHandle* engine) const {
 
 bool MpvVideoRenderer::followWarmEngines() {
     const std::size_t before = warmContexts_.size();
-    const auto dropped = std::remove_if(warmContexts_.begin(), warmContexts_.end(), [this](const auto& warm) {
-        return !isWantedWarm(warm->engine()) || warm->engine() == wantedEngine_.get();
-    });
+    const auto dropped =
+        std::stable_partition(warmContexts_.begin(), warmContexts_.end(), [this](const auto& warm) {
+            return isWantedWarm(warm->engine()) && warm->engine() != wantedEngine_.get();
+        });
     bool changed = dropped != warmContexts_.end();
+    for (auto leaving = dropped; leaving != warmContexts_.end(); ++leaving) retire(std::move(*leaving));
     warmContexts_.erase(dropped, warmContexts_.end());
     for (const std::shared_ptr<MpvHandle>& engine : wantedWarmEngines_) {
         if (!engine || engine == wantedEngine_) continue;
@@ -131,8 +148,10 @@ void MpvVideoRenderer::followWantedEngine() {
     bool changed = false;
     if (context_ && drawn != wantedEngine_.get()) {
         // The player no longer shown but still prepared keeps its context, and with it its picture.
-        if (isWantedWarm(drawn)) warmContexts_.push_back(std::move(context_));
-        context_.reset();
+        if (isWantedWarm(drawn))
+            warmContexts_.push_back(std::move(context_));
+        else
+            retire(std::move(context_));
         contextGeneration_ = nextContextGeneration();
         changed = true;
     }

@@ -45,6 +45,9 @@ class MpvVideoRenderer final : public QQuickFramebufferObject::Renderer {
     bool followWarmEngines();
     bool isWantedWarm(const MpvHandle* engine) const;
     void renderWarmContexts();
+    void makeWarmTarget();
+    // Frees a context that is no longer drawn, without waiting on its engine.
+    void retire(std::unique_ptr<MpvRenderContext> context);
     MpvRenderReport report() const;
 
     std::shared_ptr<MpvUpdateRelay> relay_;
