@@ -90,7 +90,7 @@ class RecordingDetailLoaderTest : public ::testing::Test {
     bool diskHolds(const RecordingDetail& detail) const {
         return waitUntil([&] {
             const std::optional<CachedDetail> entry = entryOnDisk();
-            return entry && entry->version == 1 && entry->detail == detail;
+            return entry && entry->version == RecordingDetailLoader::cacheVersion && entry->detail == detail;
         });
     }
 
@@ -120,6 +120,7 @@ TEST_F(RecordingDetailLoaderTest, ReadsTheSidecarMeasuresTheMovieAndFollowsAChan
 }
 
 TEST_F(RecordingDetailLoaderTest, AMatchingDiskEntryIsUsedAndAnyOtherIsReplaced) {
+    constexpr std::int64_t kVersion = RecordingDetailLoader::cacheVersion;
     writeSidecar(sessionWithEvents(2));
     struct Case {
         const char* name;
@@ -127,13 +128,14 @@ TEST_F(RecordingDetailLoaderTest, AMatchingDiskEntryIsUsedAndAnyOtherIsReplaced)
         bool fromDisk;
     };
     const std::vector<Case> cases{
-        {"version 1 with the files' stamps", [&] { writeForgedEntry(1); }, true},
-        {"version 2", [&] { writeForgedEntry(2); }, false},
+        {"this version with the files' stamps", [&] { writeForgedEntry(kVersion); }, true},
+        {"the version before", [&] { writeForgedEntry(kVersion - 1); }, false},
+        {"a later version", [&] { writeForgedEntry(kVersion + 1); }, false},
         {"corrupt JSON", [&] { ASSERT_TRUE(writeFileBytes(detailFile(), R"({"detail":{"aspectRatio":)")); },
          false},
         {"a stale sidecar stamp",
          [&] {
-             writeForgedEntry(1);
+             writeForgedEntry(kVersion);
              writeSidecar(sessionWithEvents(4));
          },
          false},

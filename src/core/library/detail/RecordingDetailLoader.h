@@ -38,9 +38,10 @@ class RecordingDetailLoader {
     using FileStamp = CachedDetail::FileStamp;
     using Fingerprint = CachedDetail::Fingerprint;
 
-    // The version of the on-disk layout, written into each entry; an entry of another version is
-    // ignored and overwritten on next use.
-    static constexpr std::int64_t cacheVersion = 1;
+    // The version of the on-disk layout and of what an entry holds, written into each entry; an entry of
+    // another version is ignored and overwritten on next use. 2: a movie that cannot be measured lasts
+    // as long as the game its document tells (1 gave it 0 s, which would stay so from the disk).
+    static constexpr std::int64_t cacheVersion = 2;
 
     // `diskCacheFolder` empty: no disk cache at all.
     explicit RecordingDetailLoader(QString diskCacheFolder = defaultDiskCacheFolder());
