@@ -23,8 +23,9 @@ enum class CaptureFrameStatus { complete, idle, blank };
 
 // One sample of a capture stream. Video samples carry `imageBuffer` (BGRA at the configured size);
 // audio and microphone samples carry `audio`. `presentationTimeNs` is on the host clock: for video the
-// moment the picture was read, for audio the capture time of the first frame. A sample whose data is
-// not ready must be dropped by the receiver.
+// frame's moment on the stream's grid of frame times (the picture is taken then, or within one frame
+// period after it when the reader runs late), for audio the capture time of the first frame. A sample
+// whose data is not ready must be dropped by the receiver.
 struct CaptureSample {
     HostTimeNs presentationTimeNs = 0;
     bool dataIsReady = true;

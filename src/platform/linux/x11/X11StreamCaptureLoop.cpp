@@ -33,13 +33,17 @@ void X11StreamCaptureLoop::run(QPromise<Status>& opened) {
     opened.finish();
     if (!status.ok()) return;
     WindowStreamConfiguration configuration = initialConfiguration_;
-    X11StreamFramePacer pacer(std::chrono::steady_clock::now(), configuration.frameRate);
+    const auto startedAt = std::chrono::steady_clock::now();
+    const HostTimeNs startedAtNs = hostTimeNow();
+    X11StreamFramePacer pacer(startedAt, configuration.frameRate);
     while (waitUntil(pacer.deadline())) {
         if (const std::optional<WindowStreamConfiguration> change = takeConfigurationChange()) {
             if (change->frameRate != configuration.frameRate) pacer.retime(change->frameRate);
             configuration = *change;
         }
-        if (!captureFrame(configuration)) break;
+        const HostTimeNs deadlineNs =
+            startedAtNs + std::chrono::nanoseconds(pacer.deadline() - startedAt).count();
+        if (!captureFrame(configuration, deadlineNs)) break;
         deadlinesSkipped_ += pacer.advance(std::chrono::steady_clock::now());
     }
     reader_.close();
@@ -55,7 +59,8 @@ std::optional<WindowStreamConfiguration> X11StreamCaptureLoop::takeConfiguration
     return std::exchange(pendingConfiguration_, std::nullopt);
 }
 
-bool X11StreamCaptureLoop::captureFrame(const WindowStreamConfiguration& configuration) {
+bool X11StreamCaptureLoop::captureFrame(const WindowStreamConfiguration& configuration,
+                                        HostTimeNs deadlineNs) {
     const X11StreamRead read = reader_.read(configuration.showsCursor);
     switch (read.outcome) {
         case X11StreamReadOutcome::ended: {
@@ -69,21 +74,22 @@ bool X11StreamCaptureLoop::captureFrame(const WindowStreamConfiguration& configu
         case X11StreamReadOutcome::unreadable: {
             // Blank samples carry no picture: the receiver keeps what it showed last.
             CaptureSample sample;
-            sample.presentationTimeNs = hostTimeNow();
+            sample.presentationTimeNs = deadlineNs;
             sample.frameStatus = CaptureFrameStatus::blank;
             ++blankFrames_;
             deliver(sample);
             return true;
         }
         case X11StreamReadOutcome::picture:
-            deliverPicture(read, configuration);
+            deliverPicture(read, configuration, deadlineNs);
             return true;
     }
     return true;
 }
 
 void X11StreamCaptureLoop::deliverPicture(const X11StreamRead& read,
-                                          const WindowStreamConfiguration& configuration) {
+                                          const WindowStreamConfiguration& configuration,
+                                          HostTimeNs deadlineNs) {
     const QSize size = windowStreamPictureSize(QSize(read.width, read.height), configuration);
     CaptureSample sample;
     sample.imageBuffer =
@@ -95,7 +101,10 @@ void X11StreamCaptureLoop::deliverPicture(const X11StreamRead& read,
     const std::pair outputSize{size.width(), size.height()};
     const bool resized = outputSize != lastOutputSize_;
     lastOutputSize_ = outputSize;
-    sample.presentationTimeNs = read.hostTimeNs;
+    // Stamped on the grid, not when the read ended: a read a few milliseconds late (the X server or the
+    // encoder busy) still shows the window as it stood at its deadline, the game repainting at most once
+    // in between, and stamping it late would put a hitch of that length in the movie's cadence.
+    sample.presentationTimeNs = deadlineNs;
     sample.frameStatus = read.changed || resized ? CaptureFrameStatus::complete : CaptureFrameStatus::idle;
     ++framesRead_;
     deliver(sample);

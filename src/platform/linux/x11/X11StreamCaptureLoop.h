@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/common/HostTime.h"
 #include "platform/linux/x11/X11StreamOutput.h"
 #include "platform/linux/x11/X11StreamScaler.h"
 #include "platform/linux/x11/X11StreamWindowReader.h"
@@ -43,9 +44,11 @@ class X11StreamCaptureLoop {
   private:
     bool waitUntil(std::chrono::steady_clock::time_point deadline);
     std::optional<WindowStreamConfiguration> takeConfigurationChange();
-    // Reads, scales and delivers one picture; false once the window has ended.
-    bool captureFrame(const WindowStreamConfiguration& configuration);
-    void deliverPicture(const X11StreamRead& read, const WindowStreamConfiguration& configuration);
+    // Reads, scales and delivers one picture stamped `deadlineNs` (the host time of the deadline it was
+    // read for); false once the window has ended.
+    bool captureFrame(const WindowStreamConfiguration& configuration, HostTimeNs deadlineNs);
+    void deliverPicture(const X11StreamRead& read, const WindowStreamConfiguration& configuration,
+                        HostTimeNs deadlineNs);
     void deliver(const CaptureSample& sample);
 
     const std::uint32_t windowID_;

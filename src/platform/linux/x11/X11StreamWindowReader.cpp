@@ -253,7 +253,6 @@ X11StreamRead X11StreamWindowReader::readPixmap(bool withCursor) {
                                    : xcb_translate_coordinates_cookie_t{};
     const XcbReply<xcb_shm_get_image_reply_t> imageReply(
         xcb_shm_get_image_reply(connection_, image, nullptr));
-    result.hostTimeNs = hostTimeNow();
     if (!imageReply) {
         // Most likely a pixmap outdated by a resize whose notice is still on its way: name it again.
         if (withCursor) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/common/HostTime.h"
 #include "base/common/Result.h"
 #include "platform/linux/x11/X11StreamSharedMemory.h"
 
@@ -29,7 +28,6 @@ struct X11StreamRead {
     int width = 0;
     int height = 0;
     int bytesPerRow = 0;
-    HostTimeNs hostTimeNs = 0;  // taken right after the pixels arrived
     // The window was damaged since the previous picture, or the drawn cursor moved or changed shape.
     bool changed = false;
 };

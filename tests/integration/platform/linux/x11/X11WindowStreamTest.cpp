@@ -12,6 +12,7 @@
 #include <QElapsedTimer>
 
 #include <algorithm>
+#include <cmath>
 #include <mutex>
 
 namespace kestrum::test {
@@ -26,7 +27,8 @@ constexpr std::uint32_t kBlueBgra = 0xFF0000FF;
 constexpr std::uint32_t kGreenBgra = 0xFF00FF00;
 
 struct RecordedSample {
-    HostTimeNs timeNs = 0;
+    HostTimeNs timeNs = 0;       // the sample's stamp
+    HostTimeNs deliveredNs = 0;  // when the recorder received it
     CaptureFrameStatus status = CaptureFrameStatus::complete;
     std::shared_ptr<const PixelBuffer> image;
     bool onQueue = false;  // delivered on the queue it was registered with, as a screen sample
@@ -38,20 +40,21 @@ class SampleRecorder final : public CaptureStreamOutput {
     explicit SampleRecorder(SerialQueue& queue) : queue_(queue) {}
     void didOutputSample(CaptureSample& sample, CaptureOutputType type) override {
         const std::lock_guard lock(mutex_);
-        samples_.push_back({sample.presentationTimeNs, sample.frameStatus, sample.imageBuffer,
+        samples_.push_back({sample.presentationTimeNs, hostTimeNow(), sample.frameStatus, sample.imageBuffer,
                             queue_.isCurrent() && type == CaptureOutputType::screen});
     }
     std::vector<RecordedSample> samples() const {
         const std::lock_guard lock(mutex_);
         return samples_;
     }
-    // The samples stamped at or after `sinceNs`.
+    // The samples delivered at or after `sinceNs`. By delivery, not by stamp: a read that ran late carries
+    // the earlier stamp of its deadline, yet shows the window as it stood when read.
     std::vector<RecordedSample> samplesSince(HostTimeNs sinceNs) const {
         std::vector<RecordedSample> later = samples();
-        std::erase_if(later, [&](const RecordedSample& sample) { return sample.timeNs < sinceNs; });
+        std::erase_if(later, [&](const RecordedSample& sample) { return sample.deliveredNs < sinceNs; });
         return later;
     }
-    // Waits until a sample stamped at or after `sinceNs` satisfies `condition`; the first such sample, or
+    // Waits until a sample delivered at or after `sinceNs` satisfies `condition`; the first such sample, or
     // none.
     template <class Condition>
     std::optional<RecordedSample> waitForSample(HostTimeNs sinceNs, Condition condition,
@@ -168,7 +171,11 @@ TEST_F(WindowStream, DeliversScaledStampedPicturesAtTheRateOnTheQueue) {
         EXPECT_TRUE(samples[index].onQueue);
         EXPECT_TRUE(showsHalves(samples[index], 160, 120, kRedBgra, kBlueBgra));
         if (index > 0) {
-            EXPECT_GT(samples[index].timeNs, samples[index - 1].timeNs);
+            // On the grid of frame times, whenever each read ended: a whole number of periods apart.
+            const double periods =
+                static_cast<double>(samples[index].timeNs - samples[index - 1].timeNs) / (1e9 / 30);
+            EXPECT_GE(periods, 0.5);
+            EXPECT_NEAR(periods, std::round(periods), 1e-4);
         }
     }
     EXPECT_EQ(rig.stream.counters().framesRead, static_cast<std::int64_t>(samples.size()));
@@ -242,7 +249,7 @@ TEST_F(WindowStream, DamageMakesCompleteFramesAndStillnessIdleOnes) {
     });
     ASSERT_TRUE(green);
     EXPECT_EQ(green->status, CaptureFrameStatus::complete);
-    const auto next = rig.recorder.waitForSample(green->timeNs + 1, isPicture);
+    const auto next = rig.recorder.waitForSample(green->deliveredNs + 1, isPicture);
     ASSERT_TRUE(next);
     EXPECT_EQ(next->status, CaptureFrameStatus::idle);
 }
@@ -395,7 +402,7 @@ TEST_F(WindowStream, AppliesANewConfigurationFromTheNextFrameAndRefusesAnInvalid
         return showsHalves(sample, 64, 48, kRedBgra, kBlueBgra);
     });
     ASSERT_TRUE(first);
-    const std::vector<RecordedSample> updated = rig.recorder.samplesSince(first->timeNs);
+    const std::vector<RecordedSample> updated = rig.recorder.samplesSince(first->deliveredNs);
     const HostTimeNs halfASecondNs = first->timeNs + secondsToHostTime(0.5);
     const auto inHalfASecond =
         std::count_if(updated.begin(), updated.end(),
