@@ -105,7 +105,7 @@ void MpvVideoRenderer::retire(std::unique_ptr<MpvRenderContext> context) {
     if (!context) return;
     // Freeing waits for the engine to take its video output down, and the output may itself be waiting
     // (up to 200 ms) for its last frame to be drawn, which nobody would do while this thread waits: the
-    // frame is drawn first, unseen.
+    // frame is drawn first, unseen. With no OpenGL context to draw in, it is only freed (on return).
     if (QOpenGLContext::currentContext() == nullptr) return;
     makeWarmTarget();
     context->render(warmTarget_->handle(), kWarmTargetSize);

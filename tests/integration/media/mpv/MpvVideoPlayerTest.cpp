@@ -232,6 +232,8 @@ TEST_F(MpvVideoPlayerTest, PlayersOpeningTheirSoundTogetherWithNoSoundServerAllS
     const QByteArray pulseServer = qgetenv("PULSE_SERVER");
     qputenv("PULSE_SERVER", "unix:/nonexistent/kestrum-no-sound-server");
     qputenv("PIPEWIRE_REMOTE", "kestrum-no-sound-server");
+    // No sound card either, on a developer's machine that has one: ALSA reads an empty configuration.
+    qputenv("ALSA_CONFIG_PATH", "/dev/null");
     constexpr int kPlayers = 6;
     for (int index = 0; index < kPlayers; ++index) prepare(index % 2 == 0 ? movies.clock() : movies.other());
     for (int index = 0; index < kPlayers; ++index) {
@@ -243,6 +245,7 @@ TEST_F(MpvVideoPlayerTest, PlayersOpeningTheirSoundTogetherWithNoSoundServerAllS
     EXPECT_TRUE(waitFor([&] { return players.back()->isReadyForDisplay(); }, 15000));
     qputenv("PULSE_SERVER", pulseServer);
     qunsetenv("PIPEWIRE_REMOTE");
+    qunsetenv("ALSA_CONFIG_PATH");
 }
 
 TEST_F(MpvVideoPlayerTest, ReplacingTheItemShowsTheNewMovieFromItsStart) {
